@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: MIT
+// The module's facade: holds the storage backend, the registries of content kinds and the
+// picture of the shared repository, and performs every transfer.
+#pragma once
+
+#include "ZEBXRepositoryClient/ContentKinds.h"
+#include "ZEBXRepositoryClient/MsgProvider.h"
+#include "ZEBXRepositoryClient/NetRepository.h"
+
+#include <map>
+
+namespace Repository {
+
+class StorageBackend;
+
+// One object for the process, built at the first call of Instance and never destroyed.
+// One thread.  Integer results are non-zero for success; nothing throws.
+class ZEBX_EXPORT CRepositoryStorageManager {
+public:
+    using FileManagers = std::map<CString, boost::shared_ptr<IFileManager>>;
+    using FOCKinds = std::map<CString, boost::shared_ptr<CFOCMetadata>>;
+    using NCFKinds = std::map<CString, boost::shared_ptr<CNCFMetadata>>;
+
+    // The one manager.  The first call loads the storage plug-ins, lets the backend load
+    // and at once save its settings, and registers the built-in kinds.
+    static CRepositoryStorageManager* Instance();
+
+    // Copies share everything with their origin.
+    CRepositoryStorageManager(const CRepositoryStorageManager&) = default;
+    CRepositoryStorageManager& operator=(const CRepositoryStorageManager&) = default;
+
+    // The user's folder of storage settings, created with every level; "\" at its end.
+    // Empty, and nothing created, when the user has no roaming application-data folder.
+    static CString GetConfigurationSettingsPath();
+
+    // Non-zero when a backend is held.
+    int IsInitialized();
+    // The two that follow ask the backend without checking that there is one: call them
+    // only when IsInitialized.  Whether this user may write; whether the repository can be
+    // used now.
+    int AmIAdmin() const;
+    int IsRepositoryAccessible();
+    // 0 without a backend.
+    int IsMultipleGSSupported() const;
+    // The backend's display name; empty without one.  The spelling is part of the exported
+    // interface and is kept.
+    CString GetRepositroyStorageName();
+    // The backend, shared; may be empty.
+    boost::shared_ptr<void> GetStorage();
+
+    // Shows the configuration dialog, which is a module of its own, loaded at the first
+    // call.  Where that module is missing, the workspace log says so.
+    void ShowConfigurationDialog();
+
+    // An identifier that is taken keeps what it has and the new object is dropped.
+    void RegisterNCFMetadata(const boost::shared_ptr<CNCFMetadata>& kind);
+    void RegisterFOCMetadata(const boost::shared_ptr<CFOCMetadata>& kind);
+    void RegisterFileManager(const boost::shared_ptr<IFileManager>& fileManager);
+    // Exact, case-sensitive; empty when there is none.
+    boost::shared_ptr<CNCFMetadata> GetNCFMetadataById(const char16_t* id);
+    boost::shared_ptr<CFOCMetadata> GetFOCMetadataById(const char16_t* id);
+    boost::shared_ptr<IFileManager> GetFileManagerById(const char16_t* id);
+    // The registries themselves; the identifiers' order is the order of presentation and
+    // of the transfers of everything.
+    NCFKinds& GetNCFMetadata();
+    FOCKinds& GetFOCMetadata();
+
+    // Drawings.  Loading writes every stored file of the kind into its folder, which is
+    // created, and gives 1 unless a file could not be written or the repository went away;
+    // an unknown kind is not an error.  Saving gives the backend's result, and 0 when the
+    // kind is unknown, has no files, or the repository cannot be used.  The "all" forms
+    // take every kind that is not optional or is switched on.  Each file, and each failure,
+    // is a line of the workspace log.
+    int LoadNCF(const char16_t* id);
+    int LoadAllNCFs();
+    int SaveNCF(const char16_t* id);
+    int SaveAllNCFs();
+
+    // Sets of configuration files, likewise.  `loadDependents` also loads the drawing kinds
+    // that the set needs.  LoadAllFOC gives 1 when the repository cannot be used at the
+    // start, unlike LoadAllNCFs: kept.  `unused` has no effect.
+    int LoadFOC(const char16_t* id, int loadDependents);
+    int LoadAllFOC(int unused);
+    int SaveFOC(const char16_t* id, int unused);
+    int SaveAllFOC(int unused);
+
+    // General settings.  All give 0 without a backend and write nothing to the log.
+    // SaveGS: 1 when the backend's result is above 0.  LoadGS: the text goes to `xml` and
+    // the files to the file manager "GS".  SaveGSLocally: fetches the default GS and makes
+    // it the local one; the local one is untouched unless everything was fetched.
+    int SaveGS(const char16_t* xml, const char16_t* name);
+    int LoadGS(CString& xml, const char16_t* name);
+    int SaveGSLocally();
+    int GetAvailableGS(std::vector<CString>& names);
+
+private:
+    CRepositoryStorageManager() = default;
+
+    static CString GetVersion(const char16_t* path);
+    static CString ReadVersion();
+    void LoadPlugins();
+    void LoadPlugin(const CString& path);
+    void LoadSettings();
+    void SaveSettings();
+    void RegisterBuiltInNCFKinds();
+    void RegisterBuiltInFOCKinds();
+    StorageBackend* Backend() const;
+
+    static CRepositoryStorageManager* m_pInstance;
+
+    FileManagers m_fileManagers;
+    FOCKinds m_focKinds;
+    NCFKinds m_ncfKinds;
+    CString m_reserved; // read by nothing: keeps the layout of the exported class
+    boost::shared_ptr<void> m_storage;
+    boost::shared_ptr<IMsgProvider> m_msgProvider;
+    boost::shared_ptr<CNetRepository> m_netRepository;
+    CString m_version;
+};
+
+} // namespace Repository

@@ -1,0 +1,27 @@
+# SPDX-License-Identifier: MIT
+# zebx_add_test(NAME SOURCES file... LIBRARIES target... [MODULES target...]): a GoogleTest
+# program whose tests CTest runs one by one.
+#
+# Every test runs with user folders of its own below the build tree, so that none touches
+# the settings of whoever builds; MODULES are built first because the test loads them.
+set(ZEBX_TEST_HOME ${PROJECT_BINARY_DIR}/test-home)
+
+function(zebx_add_test name)
+  cmake_parse_arguments(arg "" "" "SOURCES;LIBRARIES;MODULES" ${ARGN})
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} GTest::gmock GTest::gtest_main)
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  target_compile_definitions(${name} PRIVATE
+    ZEBX_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data"
+    ZEBX_SHARED_DATA="${PROJECT_SOURCE_DIR}/../shared/data"
+    ZEBX_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
+    ZEBX_BUILD_DIR="${PROJECT_BINARY_DIR}")
+  if(arg_MODULES)
+    add_dependencies(${name} ${arg_MODULES})
+  endif()
+  gtest_discover_tests(${name}
+    DISCOVERY_TIMEOUT 60
+    TEST_PREFIX "${name}."
+    PROPERTIES TIMEOUT 300 ENVIRONMENT
+      "XDG_CONFIG_HOME=${ZEBX_TEST_HOME}/config;XDG_DATA_HOME=${ZEBX_TEST_HOME}/data;XDG_STATE_HOME=${ZEBX_TEST_HOME}/state;XDG_CACHE_HOME=${ZEBX_TEST_HOME}/cache;ZEBX_INSTALL=${ZEBX_BUILD_MODULE_DIR};ZEBX_LANGUAGE=en")
+endfunction()

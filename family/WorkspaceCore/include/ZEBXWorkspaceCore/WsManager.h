@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+// The workspace log: what a user should see of the family's work, handed to any
+// number of sinks (a terminal, a log file, a window).
+#pragma once
+
+#include "platform/Export.h"
+#include "platform/text/Text.h"
+
+#include <boost/shared_ptr.hpp>
+#include <cstdint>
+#include <vector>
+
+namespace ZEBGis::Workspace {
+
+enum enmMessageType : std::int32_t { MessageSuccess = 1, MessageWarning = 2, MessageFailure = 4 };
+
+struct CWsMessage {
+    CString time; // UTC, "2026-11-21T08:05:19Z"
+    std::int32_t type = MessageSuccess;
+    CString text;
+    std::int32_t entityType = 0;
+    CString name;
+    const void* objectId = nullptr;
+    std::int32_t selectionType = 0;
+};
+
+class ZEBX_EXPORT IWsSink {
+public:
+    virtual ~IWsSink() = default;
+    // Must not throw; the message is valid during the call only.
+    virtual void Write(const CWsMessage& message) = 0;
+};
+
+class ZEBX_EXPORT CWsManager {
+public:
+    static CWsManager* Instance();
+
+    // Hands the message to every sink, in the order in which they were added.  Without
+    // a sink it is dropped.  Null texts read as empty.
+    void LogMessage(std::int32_t type, const char16_t* text, std::int32_t entityType = 0,
+                    const char16_t* name = nullptr, const void* objectId = nullptr,
+                    std::int32_t selectionType = 0);
+
+    // The log shares the sink; a sink that was added already is not added again.
+    void AddSink(const boost::shared_ptr<IWsSink>& sink);
+    void RemoveSink(const boost::shared_ptr<IWsSink>& sink);
+
+private:
+    CWsManager() = default;
+    std::vector<boost::shared_ptr<IWsSink>> m_sinks;
+};
+
+// Appends each message as one line: time, word for the type, text, separated by tabs;
+// line breaks inside the text become blanks.  A file that cannot be written is given
+// up silently: the log must not stop the work.
+class ZEBX_EXPORT CWsLogFile : public IWsSink {
+public:
+    // `path` need not exist; its folder is created, private, at the first line.
+    explicit CWsLogFile(CStringView path);
+    void Write(const CWsMessage& message) override;
+
+private:
+    CString m_path;
+};
+
+} // namespace ZEBGis::Workspace

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+// What the process can learn about itself and where it runs.
+#pragma once
+
+#include "platform/Export.h"
+#include "platform/text/Text.h"
+
+#include <optional>
+
+namespace Platform {
+
+// The value of an environment variable; nothing when it is not set or empty.
+ZEBX_EXPORT std::optional<CString> EnvironmentValue(const char* name);
+
+// The login name of the user who runs the process, else the user's number.
+ZEBX_EXPORT CString UserName();
+
+// The name of this workstation.
+ZEBX_EXPORT CString HostName();
+
+// Now, in UTC, as "2026-11-21T08:05:19Z".
+ZEBX_EXPORT CString UtcNow();
+
+// Whether the file descriptor (1 output, 2 errors) is a terminal.
+ZEBX_EXPORT bool IsTerminal(int descriptor);
+
+} // namespace Platform

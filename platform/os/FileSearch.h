@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+// File search over a pattern.
+#pragma once
+
+#include "platform/Export.h"
+#include "platform/text/Text.h"
+
+#include <vector>
+
+namespace Platform {
+
+// The names (without folder) that match the last part of `pattern`, in ascending
+// case-folded order, so that every machine presents the same order.
+//
+// `pattern`  a path whose last part may hold "*" (any run of characters) and "?"
+// (exactly one UTF-16 code unit); the parts before it are taken as a folder.  Case
+// is ignored.  Whatever the folder holds can match: files, folders, "." and "..".
+// A folder that is missing or may not be read gives no names.
+ZEBX_EXPORT std::vector<CString> FindFiles(CStringView pattern);
+
+} // namespace Platform

@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: MIT
+// What the storage plug-in offers beside the backend's operations, for programs that set
+// up and look at a repository: connecting, state, a listing with sizes and revisions.
+//
+// The plug-in's module exports GetRepositoryAdministration; a plug-in without that export
+// is used through the backend's operations alone.  The object lives as long as the module
+// and works on the same connection as the backend.  Nothing throws.
+#pragma once
+
+#include "platform/Export.h"
+#include "platform/text/Text.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace Storage {
+
+// Why a repository cannot be used, or the last operation failed.
+enum class Problem : std::int32_t {
+    None = 0,
+    Configuration, // the address is not one, or the settings cannot be read or written
+    Missing,       // there is no repository at the address
+    NotARepository,
+    NewerVersion, // made by a newer version of this system
+    Unreachable,  // cannot be opened, or does not answer
+    NotAllowed,   // this user may not do that
+    Busy,         // somebody else was writing for too long
+    Full,         // no space left
+    Integrity,    // content does not fit its hash, or the file is damaged
+    Refused,      // what was sent is not acceptable: a name, a size, a text
+    Internal
+};
+
+struct RepositoryState {
+    CString address; // "sqlite:/path/repository.db"
+    CString engine;  // "SQLite 3.40.1"
+    Problem problem = Problem::None;
+    CString problemText; // what, which, why and what to do, in the user's language
+    bool mayWrite = false;
+    std::int32_t schemaVersion = 0;
+    std::int64_t revision = 0; // 0: nothing was ever written
+    CString revisionTime;      // UTC; empty at revision 0
+    CString revisionUser;
+    std::int64_t files = 0;        // current files of all kinds
+    std::int64_t contentBytes = 0; // all distinct contents, history included
+};
+
+// One stored file, or one kind without files (empty name).
+struct StoredFile {
+    std::int32_t contentCode = 0; // 4 drawings, 5 configuration files
+    CString kind;
+    CString id; // for StorageBackend::GetRepositoryFile
+    CString name;
+    std::int64_t sizeBytes = 0;
+    CString sha256;            // hexadecimal, lower case
+    std::int64_t revision = 0; // since which it stands
+    CString time;              // UTC
+};
+
+// One general-settings text.
+struct StoredGS {
+    CString name;               // empty: the default one
+    std::int64_t sizeBytes = 0; // of its UTF-8 form
+    std::int64_t revision = 0;
+    CString time;
+};
+
+class ZEBX_EXPORT RepositoryAdministration {
+public:
+    // Uses the repository at `address` from now on and keeps the address in the plug-in's
+    // settings.  `create`: makes an empty one where there is none.  An empty address means
+    // the default place.  On failure settings and connection stay as they were.
+    virtual Problem Connect(CStringView address, bool create, CString& problemText) = 0;
+
+    // Connects when needed; never fails, the state says what is wrong.
+    virtual RepositoryState State() = 0;
+
+    // The repository as of one moment: kinds in order of code and identifier, their files
+    // by case-folded name.  On failure the lists are empty.
+    virtual Problem List(std::vector<StoredFile>& files, std::vector<StoredGS>& settings,
+                         CString& problemText) = 0;
+
+    // What stopped the backend's last operation that gave 0, and forgets it.
+    virtual Problem TakeLastProblem() = 0;
+
+protected:
+    ~RepositoryAdministration() = default;
+};
+
+// The export "GetRepositoryAdministration".
+using GetRepositoryAdministrationFunction = RepositoryAdministration* (*)();
+
+} // namespace Storage
