@@ -31,4 +31,9 @@ ZEBX_EXPORT CString AsFolder(CStringView path);
 // The part after the last "\"; a "/" does not separate.
 ZEBX_EXPORT CString FileNameOf(CStringView path);
 
+// The part up to the last "\", that separator included; empty when there is none.
+inline CStringView FolderOf(CStringView path) {
+    return path.substr(0, path.rfind(u'\\') + 1);
+}
+
 } // namespace Platform

@@ -40,8 +40,6 @@ public:
 
 private:
     CModuleConfiguration() = default;
-    const std::map<int, CString>& Messages() const;
-
     mutable CString m_messagesPath; // the file that m_messages was read from
     mutable std::map<int, CString> m_messages;
 };

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#include "ZEBXWorkspaceCore/WsManager.h"
+
+#include "platform/os/File.h"
+#include "platform/os/Path.h"
+#include "platform/text/Numbers.h"
+#include "platform/text/Utf8.h"
+
+#include <algorithm>
+
+namespace ZEBGis::Workspace {
+namespace {
+
+CString WordFor(std::int32_t type) {
+    switch (type) {
+    case MessageSuccess:
+        return u"success";
+    case MessageWarning:
+        return u"warning";
+    case MessageFailure:
+        return u"failure";
+    default:
+        return Platform::ToText(type);
+    }
+}
+
+} // namespace
+
+CWsLogFile::CWsLogFile(CStringView path) : m_path(path) {}
+
+void CWsLogFile::Write(const CWsMessage& message) try {
+    CString text = message.text;
+    std::replace_if(
+        text.begin(), text.end(), [](char16_t c) { return c == u'\n' || c == u'\r'; }, u' ');
+    const CString line = message.time + u"\t" + WordFor(message.type) + u"\t" + text + u"\n";
+    Platform::CreateFolderChain(Platform::FolderOf(m_path), Platform::Access::Private);
+    Platform::AppendFile(m_path, Platform::ToUtf8(line));
+} catch (...) { // the log must not stop the work
+}
+
+} // namespace ZEBGis::Workspace
