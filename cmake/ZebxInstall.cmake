@@ -1,0 +1,30 @@
+# SPDX-License-Identifier: MIT
+# bin/zebx, lib/zebx/*.arx, the headers of every floor and the CMake package.
+include(CMakePackageConfigHelpers)
+
+install(TARGETS zebx RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
+install(TARGETS ZEBXRepositoryClientPlugin_Sql
+  LIBRARY DESTINATION ${ZEBX_MODULE_DIR} COMPONENT runtime)
+install(TARGETS zebxplatform ZEBXGisCore ZEBXLogging ZEBXWorkspaceCore ZEBXRepositoryClient
+  EXPORT ZEBXRepositoryClientTargets
+  LIBRARY DESTINATION ${ZEBX_MODULE_DIR} COMPONENT runtime)
+
+install(DIRECTORY platform/ DESTINATION ${ZEBX_INCLUDE_DIR}/platform COMPONENT development
+  FILES_MATCHING PATTERN "*.h")
+install(DIRECTORY
+  family/GisCore/include/ family/Logging/include/ family/WorkspaceCore/include/
+  client/include/ storage/include/
+  DESTINATION ${ZEBX_INCLUDE_DIR} COMPONENT development FILES_MATCHING PATTERN "*.h")
+
+install(EXPORT ZEBXRepositoryClientTargets NAMESPACE ZEBX::
+  DESTINATION ${ZEBX_PACKAGE_DIR} COMPONENT development)
+configure_package_config_file(cmake/ZEBXRepositoryClientConfig.cmake.in
+  ${PROJECT_BINARY_DIR}/ZEBXRepositoryClientConfig.cmake
+  INSTALL_DESTINATION ${ZEBX_PACKAGE_DIR})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/ZEBXRepositoryClientConfigVersion.cmake
+  COMPATIBILITY SameMajorVersion)
+install(FILES
+  ${PROJECT_BINARY_DIR}/ZEBXRepositoryClientConfig.cmake
+  ${PROJECT_BINARY_DIR}/ZEBXRepositoryClientConfigVersion.cmake
+  cmake/ZebxModule.cmake cmake/VersionRecord.cpp.in
+  DESTINATION ${ZEBX_PACKAGE_DIR} COMPONENT development)
