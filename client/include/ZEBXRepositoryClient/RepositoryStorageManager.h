@@ -22,7 +22,8 @@ public:
     using NCFKinds = std::map<CString, boost::shared_ptr<CNCFMetadata>>;
 
     // The one manager.  The first call loads the storage plug-ins, lets the backend load
-    // and at once save its settings, and registers the built-in kinds.
+    // and at once save its settings, and registers the file manager "GS" and the built-in
+    // kinds.  Null only when memory runs out.
     static CRepositoryStorageManager* Instance();
 
     // Copies share everything with their origin.
@@ -52,7 +53,8 @@ public:
     // call.  Where that module is missing, the workspace log says so.
     void ShowConfigurationDialog();
 
-    // An identifier that is taken keeps what it has and the new object is dropped.
+    // An identifier that is taken keeps what it has and the new object is dropped ("GS" is
+    // taken from the start); an empty handle is passed over.
     void RegisterNCFMetadata(const boost::shared_ptr<CNCFMetadata>& kind);
     void RegisterFOCMetadata(const boost::shared_ptr<CFOCMetadata>& kind);
     void RegisterFileManager(const boost::shared_ptr<IFileManager>& fileManager);

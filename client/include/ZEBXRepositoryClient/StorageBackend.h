@@ -4,7 +4,8 @@
 //
 // A plug-in is a module ZEBXRepositoryClientPlugin_<name>.arx in the installation folder
 // that exports GetPluginInfo.  The manager takes the backend as a
-// boost::shared_ptr<void> that was made from a boost::shared_ptr<StorageBackend>.
+// boost::shared_ptr<void> that was made from a boost::shared_ptr<StorageBackend>.  While
+// plug-ins are asked there is no manager yet: they must not call its Instance.
 //
 // Integers are results unless said otherwise: non-zero is success, and callers hand them
 // on unchanged.  No operation may throw.  All calls come from one thread.

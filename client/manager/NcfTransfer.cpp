@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: MIT
+#include "ZEBXRepositoryClient/RepositoryStorageManager.h"
+
+#include "TransferSteps.h"
+
+#include "client/util/Border.h"
+#include "platform/os/File.h"
+#include "platform/os/FileSearch.h"
+#include "platform/text/Fill.h"
+
+namespace Repository {
+namespace {
+
+using ZEBGis::Workspace::MessageFailure;
+using ZEBGis::Workspace::MessageWarning;
+
+constexpr int kMsgPatternMatchesNothing = 10384;
+
+// Everything that matches is tried: folders, "." and ".." simply do not load.
+void CollectMatches(const CString& pattern, const FileLabel& label, RepositoryFiles& files) {
+    const auto names = Platform::FindFiles(pattern);
+    if (names.empty()) {
+        const CString text =
+            ZEBGis::CModuleConfiguration::Instance()->GetMsg(kMsgPatternMatchesNothing);
+        LogLine(MessageWarning, Platform::Fill(u"%s (%s)", {text, pattern}));
+    }
+    const CString folder = pattern.substr(0, pattern.rfind(u'\\') + 1);
+    for (const CString& name : names)
+        CollectFile(folder + name, label, files);
+}
+
+RepositoryFiles CollectDrawings(const CNCFMetadata& kind, const char16_t* originId) {
+    const FileLabel label{u"NCF", originId, kind.GetId(), FileTypeNCF};
+    const CString path = KindFolder(kind) + kind.GetFile();
+    RepositoryFiles files;
+    if (kind.GetType() == NCFTypeSingleFile)
+        CollectFile(path, label, files);
+    else
+        CollectMatches(path, label, files);
+    return files;
+}
+
+// One stored drawing to its folder.  False when it could not be written; one that the
+// repository lists and does not have is told of and is not that kind of failure.
+bool WriteDrawing(const boost::shared_ptr<CRepositoryFile>& file, const CString& folder,
+                  const char16_t* kindId) {
+    if (!file) {
+        LogLine(MessageFailure, kindId);
+        return true;
+    }
+    const bool isWritten = WriteFetchedFile(*file, folder);
+    LogFetchedFile(*file, isWritten);
+    return isWritten;
+}
+
+} // namespace
+
+int CRepositoryStorageManager::LoadNCF(const char16_t* id) {
+    return AtBorder(0, [&] {
+        const auto kind = GetNCFMetadataById(id);
+        if (!kind)
+            return 1; // kept: when loading, an unknown kind is not an error
+        const CString folder = KindFolder(*kind);
+        Platform::CreateFolderChain(folder);
+        std::vector<CString> fileIds;
+        if (!Backend()->GetRepositoryFileIds(kContentNCF, id, fileIds))
+            return 1;
+        int result = 1;
+        for (const CString& fileId : fileIds) {
+            const auto file = Backend()->GetRepositoryFile(fileId.c_str());
+            if (!IsRepositoryAccessible())
+                return 0; // before the write, kept: LoadFOC writes first
+            if (!WriteDrawing(file, folder, id))
+                result = 0;
+        }
+        return result;
+    });
+}
+
+int CRepositoryStorageManager::LoadAllNCFs() {
+    return AtBorder(0, [&] {
+        if (!IsRepositoryAccessible())
+            return 0;
+        int result = 1;
+        for (const auto& [key, kind] : m_ncfKinds) {
+            if (!IsEnabled(*kind))
+                continue;
+            if (!LoadNCF(key.c_str()))
+                result = 0;
+            if (!IsRepositoryAccessible())
+                return 0;
+        }
+        return result;
+    });
+}
+
+int CRepositoryStorageManager::SaveNCF(const char16_t* id) {
+    return AtBorder(0, [&] {
+        const auto kind = GetNCFMetadataById(id);
+        if (!kind || !IsRepositoryAccessible())
+            return 0;
+        if (!Backend()->RegisterContent(kContentNCF, id, kind->GetMsgNum()))
+            return 0;
+        const RepositoryFiles files = CollectDrawings(*kind, id);
+        if (files.empty() || !IsRepositoryAccessible())
+            return 0;
+        return Backend()->AddRepositoryFiles(files);
+    });
+}
+
+int CRepositoryStorageManager::SaveAllNCFs() {
+    return AtBorder(0, [&] {
+        if (!IsRepositoryAccessible())
+            return 0;
+        int result = 1;
+        for (const auto& [key, kind] : m_ncfKinds) {
+            if (!IsEnabled(*kind))
+                continue;
+            if (!SaveNCF(key.c_str())) {
+                LogKindNotSent(kind->GetMsgNum());
+                result = 0;
+            }
+            if (!IsRepositoryAccessible())
+                return 0;
+        }
+        return result;
+    });
+}
+
+} // namespace Repository

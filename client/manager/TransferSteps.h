@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+// The steps that the transfers of drawings (NCF) and of configuration files (FOC) share:
+// where a kind's files lie, which kinds take part, how a file is collected, labelled and
+// written, and the lines of the workspace log.
+#pragma once
+
+#include "ZEBXGisCore/ModuleConfiguration.h"
+#include "ZEBXRepositoryClient/ContentKinds.h"
+#include "ZEBXRepositoryClient/StorageBackend.h"
+#include "ZEBXWorkspaceCore/WsManager.h"
+
+namespace Repository {
+
+// The installation folder for base folder 0, the support folder for any other value.
+CString BaseFolderPath(enmBaseFolder baseFolder);
+
+template<class Kind>
+CString KindFolder(const Kind& kind) {
+    return BaseFolderPath(kind.GetBaseFolder()) + kind.GetSubfolder();
+}
+
+// Whether the kind takes part when everything is transferred: a mandatory kind always, an
+// optional one when the installation has switched it on.
+template<class Kind>
+bool IsEnabled(const Kind& kind) {
+    return !kind.IsOptional() ||
+           ZEBGis::CModuleConfiguration::Instance()->IsMetadataIdEnabled(kind.GetId().c_str());
+}
+
+// What marks a file as one of its kind's.
+struct FileLabel {
+    const char16_t* fileManagerId;
+    const char16_t* originId;
+    CString kindId;
+    enmFileType type;
+};
+
+// Loads the file, labels it and appends it to `files`; what cannot be loaded (a folder that
+// matched a pattern, a file that is not there) is left out without a word.
+void CollectFile(const CString& path, const FileLabel& label, RepositoryFiles& files);
+
+// Writes the fetched file into the folder under its own name.  False when the file does not
+// hold exactly what was fetched.
+bool WriteFetchedFile(const CRepositoryFile& file, const CString& folder);
+
+// Says in the workspace log whether the file was written.
+void LogFetchedFile(const CRepositoryFile& file, bool isWritten);
+
+// One line of the workspace log that is about nothing but its text.
+void LogLine(ZEBGis::Workspace::enmMessageType type, const CString& text);
+
+// The line for a kind that could not be sent, by the number of its display name.
+void LogKindNotSent(int kindMsgNum);
+
+} // namespace Repository
