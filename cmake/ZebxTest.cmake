@@ -22,6 +22,19 @@ function(zebx_add_test name)
   gtest_discover_tests(${name}
     DISCOVERY_TIMEOUT 60
     TEST_PREFIX "${name}."
-    PROPERTIES TIMEOUT 300 ENVIRONMENT
-      "XDG_CONFIG_HOME=${ZEBX_TEST_HOME}/config;XDG_DATA_HOME=${ZEBX_TEST_HOME}/data;XDG_STATE_HOME=${ZEBX_TEST_HOME}/state;XDG_CACHE_HOME=${ZEBX_TEST_HOME}/cache;ZEBX_INSTALL=${ZEBX_BUILD_MODULE_DIR};ZEBX_LANGUAGE=en")
+    TEST_LIST ${name}_LIST
+    PROPERTIES TIMEOUT 300)
+  # Read by ctest after the list of tests: a list of variables does not survive the way
+  # through the properties above.
+  set(environment
+    XDG_CONFIG_HOME=${ZEBX_TEST_HOME}/config
+    XDG_DATA_HOME=${ZEBX_TEST_HOME}/data
+    XDG_STATE_HOME=${ZEBX_TEST_HOME}/state
+    XDG_CACHE_HOME=${ZEBX_TEST_HOME}/cache
+    ZEBX_INSTALL=${ZEBX_BUILD_MODULE_DIR}
+    ZEBX_LANGUAGE=en)
+  set(file ${CMAKE_CURRENT_BINARY_DIR}/${name}_environment.cmake)
+  file(WRITE ${file}
+    "set_tests_properties(\${${name}_LIST} PROPERTIES ENVIRONMENT \"${environment}\")\n")
+  set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${file})
 endfunction()

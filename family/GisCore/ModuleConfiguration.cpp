@@ -89,7 +89,7 @@ CString CModuleConfiguration::GetCurrentGSXML() const try {
         return {};
     CString xml = Platform::FromUtf8(bytes);
     // A zero byte would end the text where it is handed on NUL-terminated and the rest
-    // would be lost silently; as an escaped byte it is kept, and refused by the storage.
+    // would be lost silently; as an unpaired surrogate it is refused by the storage.
     std::replace(xml.begin(), xml.end(), u'\0', u'\xDC00');
     return xml;
 } catch (...) {

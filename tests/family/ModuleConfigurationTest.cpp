@@ -115,13 +115,21 @@ TEST_F(ModuleConfiguration, NothingIsLeftBesideTheGeneralSettings) {
 }
 
 TEST_F(ModuleConfiguration, BytesThatAreNoTextSurviveReadingAndSaving) {
-    const std::string bytes("<gs>\xE8\x00\xFF</gs>", 12);
+    const std::string bytes = "<gs>\xE8\xFF</gs>";
     Platform::CreateFolderChain(m_station.Support());
     Platform::WriteFile(m_station.Support() + u"GeneralSettings.xml", bytes);
     const CString xml = m_configuration->GetCurrentGSXML();
-    EXPECT_EQ(xml.find(u'\0'), CString::npos);
     EXPECT_FALSE(Platform::IsWellFormed(xml));
     EXPECT_EQ(Platform::ToUtf8(xml), bytes);
+}
+
+TEST_F(ModuleConfiguration, AZeroByteDoesNotEndTheGeneralSettingsSilently) {
+    Platform::CreateFolderChain(m_station.Support());
+    Platform::WriteFile(m_station.Support() + u"GeneralSettings.xml", std::string("<\0/>", 4));
+    const CString xml = m_configuration->GetCurrentGSXML();
+    EXPECT_EQ(xml.find(u'\0'), CString::npos);
+    EXPECT_EQ(xml.size(), 4u);
+    EXPECT_FALSE(Platform::IsWellFormed(xml));
 }
 
 } // namespace
