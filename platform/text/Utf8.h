@@ -12,8 +12,9 @@ namespace Platform {
 // FromUtf8 followed by ToUtf8 gives the same bytes for any input.  Never fails.
 ZEBX_EXPORT CString FromUtf8(std::string_view utf8);
 
-// The reverse of FromUtf8.  An unpaired surrogate outside U+DC00..U+DCFF becomes
-// U+FFFD.  Never fails.
+// The reverse of FromUtf8.  U+DC5C, a "\" that belongs to a file's name (see Path.h),
+// becomes the byte 5C.  Any other unpaired surrogate outside U+DC80..U+DCFF becomes
+// U+FFFD, so that none of them can pass for a "/" or a NUL.  Never fails.
 ZEBX_EXPORT std::string ToUtf8(CStringView text);
 
 // ToUtf8 for people: every unpaired surrogate becomes U+FFFD and every control
