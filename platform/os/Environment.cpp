@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#include "platform/os/Environment.h"
+
+#include "platform/text/Numbers.h"
+#include "platform/text/Utf8.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+
+#include <pwd.h>
+#include <unistd.h>
+
+namespace Platform {
+
+std::optional<CString> EnvironmentValue(const char* name) {
+    const char* value = std::getenv(name);
+    if (!value || !*value)
+        return std::nullopt;
+    return FromUtf8(value);
+}
+
+CString UserName() {
+    const passwd* user = ::getpwuid(::geteuid());
+    return user && user->pw_name && *user->pw_name ? FromUtf8(user->pw_name) : ToText(::geteuid());
+}
+
+CString HostName() {
+    // A longer name is cut without a NUL at its end.
+    char name[257] = {};
+    ::gethostname(name, sizeof(name) - 1);
+    return FromUtf8(name);
+}
+
+CString UtcNow() {
+    const std::time_t now = std::time(nullptr);
+    std::tm utc = {};
+    ::gmtime_r(&now, &utc);
+    char text[64];
+    std::snprintf(text, sizeof(text), "%04d-%02d-%02dT%02d:%02d:%02dZ", utc.tm_year + 1900,
+                  utc.tm_mon + 1, utc.tm_mday, utc.tm_hour, utc.tm_min, utc.tm_sec);
+    return FromUtf8(text);
+}
+
+bool IsTerminal(int descriptor) {
+    return ::isatty(descriptor) == 1;
+}
+
+} // namespace Platform

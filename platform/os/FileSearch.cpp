@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#include "platform/os/FileSearch.h"
+
+#include "platform/os/Path.h"
+#include "platform/os/System.h"
+#include "platform/text/CaseFold.h"
+
+#include <algorithm>
+
+namespace Platform {
+namespace {
+
+// Whether `name` matches `pattern`.  After a mismatch the last "*" takes one unit more;
+// earlier ones never need to, so the cost is at most the product of the lengths.
+bool Matches(CStringView name, CStringView pattern) {
+    std::size_t n = 0;
+    std::size_t p = 0;
+    std::size_t starPattern = CStringView::npos;
+    std::size_t starName = 0;
+    while (n < name.size()) {
+        if (p < pattern.size() && pattern[p] == u'*') {
+            starPattern = p++;
+            starName = n;
+        } else if (p < pattern.size() && (pattern[p] == u'?' || pattern[p] == name[n])) {
+            ++p;
+            ++n;
+        } else if (starPattern != CStringView::npos) {
+            p = starPattern + 1;
+            n = ++starName;
+        } else {
+            return false;
+        }
+    }
+    return pattern.find_first_not_of(u'*', p) == CStringView::npos;
+}
+
+struct Found {
+    CString folded;
+    CString name;
+
+    auto operator<=>(const Found&) const = default;
+};
+
+} // namespace
+
+std::vector<CString> FindFiles(CStringView pattern) {
+    const std::size_t nameStart = pattern.find_last_of(u"\\/") + 1;
+    const CStringView folder = nameStart == 0 ? u"." : pattern.substr(0, nameStart);
+    std::vector<std::string> natives;
+    if (System::ListNames(LookUp(folder), natives))
+        return {};
+    // Not every file system lists these two.
+    natives.insert(natives.end(), {".", ".."});
+
+    const CString foldedPattern = FoldCase(pattern.substr(nameStart));
+    std::vector<Found> found;
+    for (const std::string& native : natives) {
+        CString name = PathFromNative(native);
+        CString folded = FoldCase(name);
+        if (Matches(folded, foldedPattern))
+            found.push_back({std::move(folded), std::move(name)});
+    }
+    std::sort(found.begin(), found.end());
+
+    std::vector<CString> names;
+    for (Found& file : found)
+        names.push_back(std::move(file.name));
+    return names;
+}
+
+} // namespace Platform

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#include "platform/os/UserFolders.h"
+
+#include "platform/os/Environment.h"
+#include "platform/os/Path.h"
+#include "platform/text/Utf8.h"
+
+#include <pwd.h>
+#include <unistd.h>
+
+namespace Platform {
+namespace {
+
+// The variable's folder; empty when it is not set or relative.
+CString FolderOfVariable(const char* name) {
+    const std::string native = ToUtf8(EnvironmentValue(name).value_or(CString()));
+    return native.starts_with('/') ? AsFolder(PathFromNative(native)) : CString();
+}
+
+CString HomeFolder() {
+    if (CString home = FolderOfVariable("HOME"); !home.empty())
+        return home;
+    const passwd* user = ::getpwuid(::geteuid());
+    return user && user->pw_dir ? AsFolder(PathFromNative(user->pw_dir)) : CString();
+}
+
+CString UserFolder(const char* variable, CStringView belowHome) {
+    if (CString folder = FolderOfVariable(variable); !folder.empty())
+        return folder;
+    CString home = HomeFolder();
+    return home.empty() ? home : home.append(belowHome);
+}
+
+} // namespace
+
+CString RoamingFolder() {
+    return UserFolder("XDG_CONFIG_HOME", u".config\\");
+}
+
+CString DataFolder() {
+    return UserFolder("XDG_DATA_HOME", u".local\\share\\");
+}
+
+CString StateFolder() {
+    return UserFolder("XDG_STATE_HOME", u".local\\state\\");
+}
+
+CString ProgramFolder() {
+    std::string program(256, '\0');
+    while (true) {
+        const ssize_t size = ::readlink("/proc/self/exe", program.data(), program.size());
+        if (size < 0)
+            return {};
+        if (static_cast<std::size_t>(size) < program.size()) {
+            program.resize(static_cast<std::size_t>(size));
+            break;
+        }
+        program.resize(program.size() * 2);
+    }
+    return PathFromNative(program.substr(0, program.rfind('/') + 1));
+}
+
+} // namespace Platform
