@@ -18,20 +18,25 @@ CString Trimmed(CStringView text) {
     return CString(text.substr(first, text.find_last_not_of(kBlanks) + 1 - first));
 }
 
+// What stands behind a section line that is not understood must not count as part of
+// the section before, so such a line begins a section too, of a name that nobody knows.
+CString SectionFrom(const CString& text) {
+    return text.ends_with(u']') ? Trimmed(CStringView(text).substr(1, text.size() - 2)) : text;
+}
+
 IniLine TakeApart(const CString& text, const CString& section) {
+    using enum IniLine::Kind;
+    const bool isSection = text.starts_with(u'[');
     IniLine line;
-    line.section = section;
+    line.section = isSection ? SectionFrom(text) : section;
     line.value = text;
     const std::size_t equals = text.find(u'=');
     if (!IsWellFormed(text)) {
-        line.kind = IniLine::Kind::NotUtf8;
-    } else if (text.starts_with(u'[')) {
-        if (!text.ends_with(u']'))
-            return line;
-        line.kind = IniLine::Kind::Section;
-        line.section = Trimmed(CStringView(text).substr(1, text.size() - 2));
+        line.kind = NotUtf8;
+    } else if (isSection) {
+        line.kind = text.ends_with(u']') ? Section : Unknown;
     } else if (equals != CString::npos && equals > 0) {
-        line.kind = IniLine::Kind::Value;
+        line.kind = Value;
         line.key = Trimmed(CStringView(text).substr(0, equals));
         line.value = Trimmed(CStringView(text).substr(equals + 1));
     }

@@ -47,10 +47,13 @@ CString NameInFile(const Description& description) {
     return CString(TextOf(description.section)) + u"." + CString(TextOf(description.key));
 }
 
-const Description* FindInFile(CStringView section, CStringView key) {
+// The setting that a line of zebx.ini gives; null when it gives none.
+const Description* FindInFile(const IniLine& line) {
+    if (line.kind != IniLine::Kind::Value)
+        return nullptr;
     const auto found = std::find_if(
         std::begin(kDescriptions), std::end(kDescriptions), [&](const Description& each) {
-            return TextOf(each.section) == section && TextOf(each.key) == key;
+            return TextOf(each.section) == line.section && TextOf(each.key) == line.key;
         });
     return found == std::end(kDescriptions) ? nullptr : found;
 }
@@ -67,6 +70,39 @@ CStringView ExpectedInstead(Shape shape, CStringView value) {
         return u"en or hr";
     if (shape == Shape::Switch && value != u"on" && value != u"off")
         return u"on or off";
+    return {};
+}
+
+CString ProblemOfValue(const IniLine& line) {
+    const Description* description = FindInFile(line);
+    if (description) {
+        const CStringView expected = ExpectedInstead(description->shape, line.value);
+        const bool right = line.value.empty() || expected.empty();
+        return right ? CString()
+                     : Fill(u"\"%s = %s\" is not %s; ignored", {line.key, line.value, expected});
+    }
+    if (line.section.empty())
+        return Fill(u"\"%s\" stands before any section; ignored", {line.key});
+    // What an unknown section holds was reported with the section.
+    return IsKnownSection(line.section)
+               ? Fill(u"unknown key \"%s\" in \"[%s]\"; ignored", {line.key, line.section})
+               : CString();
+}
+
+// What is wrong with a line of zebx.ini and what is done instead; empty when nothing is.
+CString ProblemOf(const IniLine& line) {
+    switch (line.kind) {
+    case IniLine::Kind::NotUtf8:
+        return u"not UTF-8; the line is ignored";
+    case IniLine::Kind::Unknown:
+        return Fill(u"\"%s\" is neither \"[section]\" nor \"key = value\"; ignored", {line.value});
+    case IniLine::Kind::Section:
+        return IsKnownSection(line.section)
+                   ? CString()
+                   : Fill(u"unknown section \"[%s]\"; what it holds is ignored", {line.section});
+    case IniLine::Kind::Value:
+        return ProblemOfValue(line);
+    }
     return {};
 }
 
@@ -150,7 +186,10 @@ SettingValue UserSettings::Get(Setting setting) {
 }
 
 void UserSettings::SetOption(Setting setting, CStringView value) {
-    m_options[setting] = CString(value);
+    if (value.empty())
+        m_options.erase(setting);
+    else
+        m_options[setting] = CString(value);
 }
 
 std::vector<SettingProblem> UserSettings::Problems() {
@@ -194,7 +233,9 @@ void UserSettings::ReadFileOnce() {
     m_filePath = path;
     m_file.clear();
     m_problems.clear();
-    const auto report = [&](int line, CString text) { m_problems.push_back({path, line, text}); };
+    const auto report = [&](int line, CString text) {
+        m_problems.push_back({path, line, std::move(text)});
+    };
 
     std::string bytes;
     const std::error_code error = path.empty() ? std::error_code() : ReadFile(path, bytes);
@@ -204,40 +245,13 @@ void UserSettings::ReadFileOnce() {
         report(0, Fill(u"cannot be read (%s); defaults are used", {FromUtf8(error.message())}));
 
     for (const IniLine& line : ReadIniLines(bytes)) {
-        switch (line.kind) {
-        case IniLine::Kind::NotUtf8:
-            report(line.number, u"not UTF-8; the line is ignored");
-            break;
-        case IniLine::Kind::Unknown:
-            report(line.number, Fill(u"neither \"[section]\" nor \"key = value\": \"%s\"; the line "
-                                     u"is ignored",
-                                     {line.value}));
-            break;
-        case IniLine::Kind::Section:
-            if (!IsKnownSection(line.section))
-                report(line.number,
-                       Fill(u"unknown section \"[%s]\"; what it holds is ignored", {line.section}));
-            break;
-        case IniLine::Kind::Value: {
-            const Description* description = FindInFile(line.section, line.key);
-            if (!description) {
-                if (line.section.empty() || IsKnownSection(line.section))
-                    report(line.number, Fill(u"unknown key \"%s\" in \"[%s]\"; ignored",
-                                             {line.key, line.section}));
-                break;
-            }
-            const CStringView expected = ExpectedInstead(description->shape, line.value);
-            if (line.value.empty())
-                break;
-            if (!expected.empty())
-                report(line.number,
-                       Fill(u"\"%s = %s\" is not %s; ignored", {line.key, line.value, expected}));
-            else if (!m_file.emplace(NameInFile(*description), line.value).second)
-                report(line.number,
-                       Fill(u"\"%s\" stands a second time; the first is used", {line.key}));
-            break;
-        }
-        }
+        CString problem = ProblemOf(line);
+        const Description* description = FindInFile(line);
+        if (problem.empty() && description && !line.value.empty() &&
+            !m_file.emplace(NameInFile(*description), line.value).second)
+            problem = Fill(u"\"%s\" stands a second time; the first is used", {line.key});
+        if (!problem.empty())
+            report(line.number, std::move(problem));
     }
 }
 

@@ -31,10 +31,10 @@ struct SettingValue {
     SettingOrigin origin = SettingOrigin::Default;
 };
 
-// A line of zebx.ini that was not understood, and what was done instead.
+// A line of zebx.ini or a variable that was not understood, and what was done instead.
 struct SettingProblem {
-    CString file;
-    int line = 0; // counted from 1; 0 when the file as a whole is meant
+    CString file; // path of zebx.ini, or the variable's name
+    int line = 0; // counted from 1; 0 when the file as a whole or a variable is meant
     CString text; // English
 };
 
@@ -44,13 +44,14 @@ public:
 
     // The value in force and where it came from.  Folders end with "\"; a relative
     // path of an option or a variable counts from the current folder, one of zebx.ini
-    // from that file's folder.
+    // from that file's folder; "/" separates as "\" does.  An empty value counts as none.
     SettingValue Get(Setting setting);
 
-    // Sets what the command line says; wins over every other place.
+    // Sets what the command line says; wins over every other place and is not checked.
     void SetOption(Setting setting, CStringView value);
 
-    // What was wrong with zebx.ini, in line order.  A missing file is no problem.
+    // What was wrong with the variables and with zebx.ini, the latter in line order.  A
+    // missing file is no problem.
     std::vector<SettingProblem> Problems();
 
     // Forgets the options and what was read from zebx.ini; it is read again when asked.
