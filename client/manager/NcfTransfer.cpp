@@ -24,7 +24,8 @@ void CollectMatches(const CString& pattern, const FileLabel& label, RepositoryFi
             ZEBGis::CModuleConfiguration::Instance()->GetMsg(kMsgPatternMatchesNothing);
         LogLine(MessageWarning, Platform::Fill(u"%s (%s)", {text, pattern}));
     }
-    const CString folder = pattern.substr(0, pattern.rfind(u'\\') + 1);
+    const CString folder =
+        pattern.substr(0, pattern.find_last_of(u"\\/") + 1); // cut as FindFiles cuts
     for (const CString& name : names)
         CollectFile(folder + name, label, files);
 }

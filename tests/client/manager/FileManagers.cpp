@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#include "client/manager/FileManagers.h"
+
+using Manager = Repository::CRepositoryStorageManager;
+
+namespace {
+
+struct Registry {
+    using Pointer = Manager::FileManagers Manager::*;
+    friend Pointer PointerTo(Registry);
+};
+
+// An explicit instantiation may name private members (C++20, [temp.spec.general]).
+template<class Tag, typename Tag::Pointer pointer>
+struct Reach {
+    friend typename Tag::Pointer PointerTo(Tag) { return pointer; }
+};
+template struct Reach<Registry, &Manager::m_fileManagers>;
+
+} // namespace
+
+Manager::FileManagers& FileManagersOf(Manager& manager) {
+    return manager.*PointerTo(Registry());
+}
