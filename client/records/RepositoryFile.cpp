@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: MIT
+#include "ZEBXRepositoryClient/RepositoryFile.h"
+
+#include "client/records/RepositoryFileRecord.h"
+#include "client/records/RepositoryFileWriter.h"
+#include "client/util/AnsiText.h"
+#include "client/util/Border.h"
+#include "client/util/Codec.h"
+#include "client/util/Split.h"
+#include "platform/os/File.h"
+#include "platform/os/Path.h"
+#include "platform/text/Numbers.h"
+
+#include <utility>
+
+namespace Repository {
+namespace {
+
+constexpr std::uint64_t kUnreadableBytes = std::uint64_t{1} << 32;
+
+CString WideOf(CStringView token) {
+    return CString(token);
+}
+CString WideOf(std::string_view token) {
+    return AnsiToWide(token);
+}
+
+// The content stays base64 text.
+std::string ContentOf(CStringView token) {
+    return WideToAnsi(token);
+}
+std::string ContentOf(std::string_view token) {
+    return std::string(token);
+}
+
+template<class View>
+void ReadFields(CRepositoryFile& file, View record) {
+    const std::vector<View> tokens = SplitFields(record, '#');
+    const std::size_t count = tokens.size();
+    file.SetFileId(WideOf(tokens[0]).c_str()); // there is one token at least
+    if (count > 1)
+        file.SetFileManagerId(WideOf(tokens[1]).c_str());
+    if (count > 2)
+        file.SetOriginId(WideOf(tokens[2]).c_str());
+    if (count > 3)
+        file.SetFileName(WideOf(tokens[3]).c_str());
+    if (count > 4)
+        file.SetCustomParameter(DecodeBase64Text(WideOf(tokens[4])).c_str());
+    if (count > 5)
+        file.SetFileContent(ContentOf(tokens[5]));
+    if (count > 6)
+        file.SetFileType(static_cast<enmFileType>(Platform::ToInteger(WideOf(tokens[6]))));
+}
+
+} // namespace
+
+void AppendRecord(const CRepositoryFile& file, CString& text) {
+    const CString parameter = EncodeBase64Text(file.GetCustomParameter());
+    const CString content = AnsiToWide(file.GetFileContent());
+    constexpr std::size_t kShortFields = 256;
+    text.reserve(text.size() + parameter.size() + content.size() + kShortFields);
+    text += file.GetFileId() + u'#';
+    text += file.GetFileManagerId() + u'#';
+    text += file.GetOriginId() + u'#';
+    text += file.GetFileName() + u'#';
+    text += parameter;
+    text += u'#';
+    text += content;
+    text += u'#';
+    text += Platform::ToText(file.GetFileType()) + u'#';
+}
+
+void ReadRecord(CRepositoryFile& file, CStringView record) {
+    ReadFields(file, record);
+}
+
+void CRepositoryFile::SetFileContent(std::string base64) {
+    m_isSaved = 0;
+    m_fileContent = std::move(base64);
+}
+
+int CRepositoryFile::LoadFile(const char16_t* path) {
+    SetFileContent({});
+    return AtBorder(0, [&] {
+        const CStringView source = Platform::TextOf(path);
+        const auto sizeBytes = Platform::FileSize(source);
+        std::string bytes;
+        if (!sizeBytes || *sizeBytes >= kUnreadableBytes || Platform::ReadFile(source, bytes))
+            return 0;
+        CString name = Platform::FileNameOf(source);
+        m_fileContent = EncodeBase64(bytes);
+        m_fileName = std::move(name);
+        return 1;
+    });
+}
+
+// Always 1: callers rely on it and find failures by other means. Kept.
+int CRepositoryFile::SaveFile(const char16_t* folder, const char16_t* name) {
+    WriteRepositoryFile(*this, folder, name);
+    return 1;
+}
+
+bool WriteRepositoryFile(const CRepositoryFile& file, const char16_t* folder,
+                         const char16_t* name) noexcept {
+    return AtBorder(false, [&] {
+        const CString target =
+            CString(Platform::TextOf(folder)) + (name ? CString(name) : file.GetFileName());
+        return !Platform::WriteFile(target, DecodeBase64(file.GetFileContent()));
+    });
+}
+
+void CRepositoryFile::Serialize(CString& record) const {
+    record = AtBorder(CString(), [this] {
+        CString text;
+        AppendRecord(*this, text);
+        return text;
+    });
+}
+
+void CRepositoryFile::Serialize(WStringStream& stream) const {
+    AtBorder([&] {
+        CString text;
+        AppendRecord(*this, text);
+        stream.write(text.data(), static_cast<std::streamsize>(text.size()));
+    });
+}
+
+int CRepositoryFile::Deserialize(const char16_t* record) {
+    AtBorder([&] { ReadFields(*this, Platform::TextOf(record)); });
+    return 1;
+}
+
+int CRepositoryFile::Deserialize(const std::string& record) {
+    AtBorder([&] { ReadFields(*this, std::string_view(record)); });
+    return 1;
+}
+
+} // namespace Repository
