@@ -68,8 +68,10 @@ struct StoredGS {
 class ZEBX_EXPORT RepositoryAdministration {
 public:
     // Uses the repository at `address` from now on and keeps the address in the plug-in's
-    // settings.  `create`: makes an empty one where there is none.  An empty address means
-    // the default place.  On failure settings and connection stay as they were.
+    // settings; docs/storage.md says what an address is.  A relative path counts from the
+    // current folder and is kept absolute.  An empty address means the default place.
+    // `create`: makes an empty repository where there is none.  On failure settings and
+    // connection stay as they were.
     virtual Problem Connect(CStringView address, bool create, CString& problemText) = 0;
 
     // Connects when needed; never fails, the state says what is wrong.
@@ -80,7 +82,9 @@ public:
     virtual Problem List(std::vector<StoredFile>& files, std::vector<StoredGS>& settings,
                          CString& problemText) = 0;
 
-    // What stopped the backend's last operation that gave 0, and forgets it.
+    // The last problem that the backend met, a file that was left out of an item included,
+    // and forgets it; None when there was none since the last call.  What this object's own
+    // operations report does not count.
     virtual Problem TakeLastProblem() = 0;
 
 protected:

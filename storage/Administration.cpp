@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#include "storage/Administration.h"
+
+#include "platform/text/Utf8.h"
+
+namespace Storage {
+
+// Runs `work`; what it throws becomes the problem and its text.
+template<typename Work>
+Problem Administration::Try(CString& problemText, Work work) noexcept {
+    Problem problem = Problem::Internal;
+    try {
+        problemText.clear();
+        try {
+            work();
+            problem = Problem::None;
+        } catch (const StorageError& error) {
+            problem = error.Kind();
+            problemText = m_access->Explain(error);
+        } catch (const std::exception& error) {
+            problemText = m_access->Explain(StorageError(Problem::Internal, MessageNumber::Internal,
+                                                         {Platform::FromUtf8(error.what())}));
+        }
+    } catch (...) {
+        // No memory even for saying so: the result alone tells.
+    }
+    return problem;
+}
+
+Problem Administration::Connect(CStringView address, bool create, CString& problemText) {
+    return Try(problemText, [&] { m_access->Connect(address, create); });
+}
+
+RepositoryState Administration::State() {
+    RepositoryState state;
+    state.problem = Try(state.problemText, [&] {
+        state.address = m_access->ShownAddress();
+        Store& store = m_access->Use();
+        state.engine = store.Connection().EngineName();
+        state.mayWrite = store.Connection().MayWrite();
+        store.ReadState(state);
+    });
+    return state;
+}
+
+Problem Administration::List(std::vector<StoredFile>& files, std::vector<StoredGS>& settings,
+                             CString& problemText) {
+    files.clear();
+    settings.clear();
+    const Problem problem = Try(problemText, [&] { m_access->Use().List(files, settings); });
+    if (problem != Problem::None) {
+        files.clear();
+        settings.clear();
+    }
+    return problem;
+}
+
+} // namespace Storage

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+// The plug-in's export beside the backend; see its public header.
+#pragma once
+
+#include "storage/RepositoryAccess.h"
+
+namespace Storage {
+
+class Administration : public RepositoryAdministration {
+public:
+    explicit Administration(boost::shared_ptr<RepositoryAccess> access)
+        : m_access(std::move(access)) {}
+
+    Problem Connect(CStringView address, bool create, CString& problemText) override;
+    RepositoryState State() override;
+    Problem List(std::vector<StoredFile>& files, std::vector<StoredGS>& settings,
+                 CString& problemText) override;
+    Problem TakeLastProblem() override { return m_access->TakeLastProblem(); }
+
+private:
+    template<typename Work>
+    Problem Try(CString& problemText, Work work) noexcept;
+
+    boost::shared_ptr<RepositoryAccess> m_access;
+};
+
+} // namespace Storage

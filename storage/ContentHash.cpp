@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#include "storage/ContentHash.h"
+
+#include "storage/StorageError.h"
+
+#include <openssl/evp.h>
+#include <openssl/rand.h>
+
+namespace Storage {
+namespace {
+
+[[noreturn]] void ThrowCryptoFailure() {
+    throw StorageError(Problem::Internal, MessageNumber::Internal, {u"libcrypto"});
+}
+
+} // namespace
+
+std::string ContentHash(std::string_view bytes) {
+    unsigned char digest[EVP_MAX_MD_SIZE];
+    unsigned size = 0;
+    if (EVP_Digest(bytes.data(), bytes.size(), digest, &size, EVP_sha256(), nullptr) != 1)
+        ThrowCryptoFailure();
+    return {reinterpret_cast<const char*>(digest), size};
+}
+
+std::string ToHexadecimal(std::string_view bytes) {
+    constexpr std::string_view kDigits = "0123456789abcdef";
+    std::string text;
+    for (const char byte : bytes) {
+        const auto value = static_cast<unsigned char>(byte);
+        text += kDigits[value >> 4];
+        text += kDigits[value & 15];
+    }
+    return text;
+}
+
+std::string RandomName() {
+    unsigned char bytes[8];
+    if (RAND_bytes(bytes, sizeof(bytes)) != 1)
+        ThrowCryptoFailure();
+    return ToHexadecimal({reinterpret_cast<const char*>(bytes), sizeof(bytes)});
+}
+
+} // namespace Storage

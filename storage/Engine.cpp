@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#include "storage/Engine.h"
+
+#include "storage/Schema.h"
+#include "storage/SqliteConnection.h"
+
+namespace Storage {
+
+std::unique_ptr<SqlConnection> OpenRepository(const Address& address) {
+    auto connection = OpenSqlite(address.path);
+    CheckSchema(*connection);
+    return connection;
+}
+
+void CreateRepository(const Address& address) {
+    CreateSqlite(address.path, CreateSchema);
+}
+
+} // namespace Storage

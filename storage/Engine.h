@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+// The engines, by address: the one place that chooses between them.
+#pragma once
+
+#include "storage/Address.h"
+#include "storage/SqlConnection.h"
+
+namespace Storage {
+
+// Opens the repository, whose tables are then of a version that this program knows.
+// Never makes one.  Throws what the engine's open function does, and NewerVersion.
+std::unique_ptr<SqlConnection> OpenRepository(const Address& address);
+
+// Makes an empty repository, whole or not at all; what is there already is left alone.
+void CreateRepository(const Address& address);
+
+} // namespace Storage

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+// The plug-in's messages (20000 to 20199 of the message table) and their texts.
+#pragma once
+
+#include "ZEBXRepositoryClient/MsgProvider.h"
+
+#include <vector>
+
+namespace Storage {
+
+enum class MessageNumber : int {
+    DisplayName = 20000,
+
+    // Opening a repository. %1 is the address or the path.
+    Missing = 20010,
+    IsFolder = 20011,
+    OtherFile = 20012,
+    EmptyFile = 20013,
+    OtherDatabase = 20014,
+    NewerVersion = 20015, // path, its version, our version
+    MayNotOpen = 20016,
+    MayNotWrite = 20017,
+    Busy = 20018,
+    Full = 20019,
+    Damaged = 20020,     // path, reason
+    Unreachable = 20021, // path, reason
+    NotCreated = 20022,  // path, reason
+    Internal = 20023,    // reason
+    ChangesLeft = 20024, // path, path of the file that is left
+
+    // Addresses and settings.
+    NoServerEngine = 20030,
+    UnknownEngine = 20031, // scheme
+    NotAnAddress = 20032,
+    RelativeAddress = 20033,
+    NoDefaultFolder = 20034,
+    SettingsUnreadable = 20040, // path, reason
+    SettingsLine = 20041,       // path, line
+    SettingsNotWritten = 20042, // path, reason
+    NoSettingsFolder = 20043,
+    SettingsCut = 20044, // path
+
+    // File names. %1 is the name, %2 the kind or item that it belongs to.
+    NameEmpty = 20100,
+    NameIsFolder = 20101,
+    NameSeparator = 20102,
+    NameColon = 20103,
+    NameControl = 20104,
+    NameReserved = 20105,
+    NameTooLong = 20106,
+    NameNotText = 20107,
+    NameDiffersByCase = 20108, // name, kind, the other name
+    NameTwice = 20109,
+
+    // Files and items otherwise.
+    FileTooLarge = 20120, // name, kind, limit in MiB
+    FileNotBase64 = 20121,
+    FileWithoutKind = 20122,
+    NothingGiven = 20123,
+    TextNotKept = 20124, // which text, of what
+    NoId = 20125,        // tag, name
+    NoSuchItem = 20126,  // id, tag
+    ContentDamaged = 20130,
+    ContentMissing = 20131,
+    RecordDamaged = 20132,
+};
+
+struct Message {
+    MessageNumber number;
+    std::vector<CString> values;
+};
+
+// The message in the user's language.  Without a provider: its number and values.
+CString TextOf(const Message& message, Repository::IMsgProvider* provider);
+
+// Several, one a line.
+CString TextOf(const std::vector<Message>& messages, Repository::IMsgProvider* provider);
+
+} // namespace Storage

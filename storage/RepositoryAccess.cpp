@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: MIT
+#include "storage/RepositoryAccess.h"
+
+#include "ZEBXWorkspaceCore/WsManager.h"
+#include "platform/os/Environment.h"
+#include "platform/os/FreeName.h"
+
+namespace Storage {
+namespace {
+
+void Log(const CString& text) {
+    ZEBGis::Workspace::CWsManager::Instance()->LogMessage(ZEBGis::Workspace::MessageFailure,
+                                                          text.c_str());
+}
+
+} // namespace
+
+RepositoryAccess::RepositoryAccess(Connector connector) : m_connector(std::move(connector)) {}
+
+void RepositoryAccess::LoadSettings() {
+    m_settingsError.reset();
+    m_store.reset();
+    try {
+        m_settings.Load();
+    } catch (const StorageError& error) {
+        m_settingsError = error;
+        throw;
+    }
+}
+
+void RepositoryAccess::SaveSettings() {
+    // The manager saves right after loading: a file with a slip of the pen must survive it.
+    if (!m_settingsError)
+        m_settings.Save();
+}
+
+Address RepositoryAccess::AddressInUse() const {
+    if (m_settingsError)
+        throw StorageError(*m_settingsError);
+    return m_settings.Address().empty() ? DefaultAddress() : ParseAddress(m_settings.Address(), {});
+}
+
+CString RepositoryAccess::ShownAddress() const {
+    try {
+        return AddressInUse().Text();
+    } catch (const StorageError&) {
+        return m_settings.Address();
+    }
+}
+
+Stamp RepositoryAccess::MakeStamp() const {
+    return {Platform::UtcNow(), Platform::UserName(), Platform::HostName(),
+            u"ZEBXRepositoryClient " + m_version};
+}
+
+std::unique_ptr<Store> RepositoryAccess::Open(const Address& address) {
+    StoreOptions options;
+    options.stamp = [this] { return MakeStamp(); };
+    options.leftOut = [this](const StorageError& error) { Tell(error); };
+    return std::make_unique<Store>(m_connector(address), std::move(options));
+}
+
+Store& RepositoryAccess::Use() {
+    if (m_store && !m_store->Connection().IsAlive())
+        m_store.reset();
+    if (!m_store) {
+        try {
+            m_store = Open(AddressInUse());
+        } catch (const StorageError& error) {
+            throw NoConnection(error);
+        }
+        m_toldNoConnection.clear();
+    }
+    return *m_store;
+}
+
+void RepositoryAccess::Connect(CStringView address, bool create) {
+    const Address place =
+        address.empty() ? DefaultAddress() : ParseAddress(address, Platform::CurrentFolder());
+    if (create)
+        CreateRepository(place);
+    auto store = Open(place);
+    StorageSettings settings = m_settings;
+    settings.SetAddress(address.empty() ? CString() : place.Text());
+    settings.Save();
+    m_settings = std::move(settings);
+    m_settingsError.reset();
+    m_store = std::move(store);
+    m_toldNoConnection.clear();
+}
+
+void RepositoryAccess::Tell(const StorageError& error) {
+    const CString told = m_toldNoConnection;
+    const CString text = Explain(error);
+    m_lastProblem = error.Kind();
+    // The manager asks between any two steps: once is enough.
+    if (dynamic_cast<const NoConnection*>(&error) && text == told)
+        return;
+    for (const Message& message : error.Messages())
+        Log(TextOf(message, m_provider));
+}
+
+CString RepositoryAccess::Explain(const StorageError& error) {
+    CString text = TextOf(error.Messages(), m_provider);
+    if (dynamic_cast<const NoConnection*>(&error))
+        m_toldNoConnection = text;
+    return text;
+}
+
+} // namespace Storage

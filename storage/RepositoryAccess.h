@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+// The plug-in's one connection and what goes with it: settings, the user's language, and
+// the telling of what went wrong.  The backend and the administration work through it.
+#pragma once
+
+#include "storage/Engine.h"
+#include "storage/StorageSettings.h"
+#include "storage/Store.h"
+
+namespace Storage {
+
+// Opens the repository at an address.
+using Connector = std::function<std::unique_ptr<SqlConnection>(const Address&)>;
+
+class RepositoryAccess {
+public:
+    explicit RepositoryAccess(Connector connector = OpenRepository);
+
+    void SetMsgProvider(Repository::IMsgProvider* provider) { m_provider = provider; }
+    void SetVersion(CStringView version) { m_version = version; }
+    void SetSettingsPath(CStringView folder) { m_settings.SetFolder(folder); }
+
+    // Throws Configuration; from then on there is no connection until Connect.
+    void LoadSettings();
+    // Throws Configuration.  Settings that were not understood are left as they are.
+    void SaveSettings();
+
+    // The repository, connected when it is not yet or not any more.  Throws NoConnection.
+    Store& Use();
+    void Disconnect() { m_store.reset(); }
+    // See RepositoryAdministration::Connect.  Throws StorageError.
+    void Connect(CStringView address, bool create);
+    // The address in use, as far as it can be told.
+    CString ShownAddress() const;
+
+    // Writes the problem to the workspace log, once, and remembers it.
+    void Tell(const StorageError& error);
+    // The problem in the user's language, for somebody else to show.
+    CString Explain(const StorageError& error);
+    Problem TakeLastProblem() { return std::exchange(m_lastProblem, Problem::None); }
+
+private:
+    Address AddressInUse() const;
+    std::unique_ptr<Store> Open(const Address& address);
+    Stamp MakeStamp() const;
+
+    Connector m_connector;
+    Repository::IMsgProvider* m_provider = nullptr;
+    CString m_version;
+    StorageSettings m_settings;
+    std::optional<StorageError> m_settingsError;
+    std::unique_ptr<Store> m_store;
+    CString m_toldNoConnection; // what was said last about a connection that cannot be made
+    Problem m_lastProblem = Problem::None;
+};
+
+} // namespace Storage

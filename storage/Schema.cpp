@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: MIT
+#include "storage/Schema.h"
+
+#include "platform/text/Numbers.h"
+#include "storage/StorageError.h"
+
+#include <string>
+
+namespace Storage {
+namespace {
+
+// {int}, {bytes} and {options} stand for the engine's own words.  A row is valid since one
+// revision and until another; what has no until_revision is the current repository.
+constexpr std::string_view kTables = R"(
+CREATE TABLE head (
+    id {int} PRIMARY KEY CHECK (id = 1),
+    schema_version {int} NOT NULL,
+    revision {int} NOT NULL,
+    last_id {int} NOT NULL,
+    content_bytes {int} NOT NULL
+){options};
+
+CREATE TABLE revision (
+    number {int} PRIMARY KEY,
+    made_at TEXT NOT NULL,
+    user_name TEXT NOT NULL,
+    workstation TEXT NOT NULL,
+    program TEXT NOT NULL,
+    operation TEXT NOT NULL,
+    subject TEXT NOT NULL
+){options};
+
+CREATE TABLE content (
+    hash {bytes} PRIMARY KEY NOT NULL,
+    size_bytes {int} NOT NULL,
+    bytes {bytes} NOT NULL
+){options};
+
+CREATE TABLE kind (
+    id {int} PRIMARY KEY,
+    content_code {int} NOT NULL,
+    kind_id TEXT NOT NULL,
+    message_number {int} NOT NULL,
+    since_revision {int} NOT NULL REFERENCES revision (number),
+    until_revision {int} REFERENCES revision (number),
+    CHECK (until_revision > since_revision)
+){options};
+CREATE UNIQUE INDEX kind_current ON kind (content_code, kind_id)
+    WHERE until_revision IS NULL;
+
+CREATE TABLE stored_file (
+    id {int} PRIMARY KEY,
+    holder {int},
+    position {int} NOT NULL,
+    name TEXT NOT NULL,
+    name_folded TEXT NOT NULL,
+    file_manager_id TEXT NOT NULL,
+    origin_id TEXT NOT NULL,
+    custom_parameter TEXT NOT NULL,
+    file_type {int} NOT NULL,
+    size_bytes {int} NOT NULL,
+    hash {bytes} NOT NULL REFERENCES content (hash),
+    since_revision {int} NOT NULL REFERENCES revision (number),
+    until_revision {int} REFERENCES revision (number),
+    CHECK (until_revision > since_revision)
+){options};
+CREATE UNIQUE INDEX stored_file_current ON stored_file (file_type, origin_id, name_folded)
+    WHERE holder IS NULL AND until_revision IS NULL;
+CREATE INDEX stored_file_holder ON stored_file (holder, position)
+    WHERE holder IS NOT NULL;
+
+CREATE TABLE general_settings (
+    id {int} PRIMARY KEY,
+    name TEXT NOT NULL,
+    size_bytes {int} NOT NULL,
+    hash {bytes} NOT NULL REFERENCES content (hash),
+    since_revision {int} NOT NULL REFERENCES revision (number),
+    until_revision {int} REFERENCES revision (number),
+    CHECK (until_revision > since_revision)
+){options};
+CREATE UNIQUE INDEX general_settings_current ON general_settings (name)
+    WHERE until_revision IS NULL;
+
+CREATE TABLE repository_item (
+    id {int} PRIMARY KEY,
+    tag TEXT NOT NULL,
+    item_id TEXT NOT NULL,
+    position {int} NOT NULL,
+    name TEXT NOT NULL,
+    entity_type {int} NOT NULL,
+    topology_function {int} NOT NULL,
+    topology_type {int} NOT NULL,
+    configuration_xml TEXT NOT NULL,
+    repository_name TEXT NOT NULL,
+    repository_tag TEXT NOT NULL,
+    since_revision {int} NOT NULL REFERENCES revision (number),
+    until_revision {int} REFERENCES revision (number),
+    CHECK (until_revision > since_revision)
+){options};
+CREATE UNIQUE INDEX repository_item_current ON repository_item (tag, item_id)
+    WHERE until_revision IS NULL;
+
+CREATE TABLE catalogue_item (
+    id {int} PRIMARY KEY,
+    catalogue_tag TEXT NOT NULL,
+    item_id TEXT NOT NULL,
+    parent_id TEXT NOT NULL,
+    position {int} NOT NULL,
+    is_group {int} NOT NULL,
+    name TEXT NOT NULL,
+    catalogue_name TEXT NOT NULL,
+    item_content TEXT NOT NULL,
+    since_revision {int} NOT NULL REFERENCES revision (number),
+    until_revision {int} REFERENCES revision (number),
+    CHECK (until_revision > since_revision)
+){options};
+CREATE UNIQUE INDEX catalogue_item_current ON catalogue_item (catalogue_tag, item_id)
+    WHERE until_revision IS NULL;
+CREATE INDEX catalogue_item_children ON catalogue_item (catalogue_tag, parent_id, position)
+    WHERE until_revision IS NULL;
+)";
+
+void ReplaceAll(std::string& text, std::string_view what, std::string_view with) {
+    for (auto at = text.find(what); at != std::string::npos; at = text.find(what, at))
+        text.replace(at, what.size(), with);
+}
+
+std::int64_t ReadVersion(SqlConnection& sql) {
+    try {
+        const auto rows = sql.Query("SELECT schema_version FROM head WHERE id = 1", {});
+        if (rows->Next() && rows->Integer(0) >= 1)
+            return rows->Integer(0);
+    } catch (const StorageError& error) {
+        // An unknown table or column is the engine's complaint about the statement.
+        if (error.Kind() != Problem::Internal)
+            throw;
+    }
+    throw StorageError(Problem::Integrity, MessageNumber::Damaged, {sql.Name(), u"head"});
+}
+
+} // namespace
+
+void CreateSchema(SqlConnection& sql) {
+    std::string tables(kTables);
+    const SqlWords words = sql.Words();
+    ReplaceAll(tables, "{int}", words.integer);
+    ReplaceAll(tables, "{bytes}", words.bytes);
+    ReplaceAll(tables, "{options}", words.tableOptions);
+    sql.BeginWrite();
+    sql.RunScript(tables);
+    sql.Execute("INSERT INTO head (id, schema_version, revision, last_id, content_bytes) "
+                "VALUES (1, $1, 0, 0, 0)",
+                {kSchemaVersion});
+    sql.Commit();
+}
+
+std::int64_t CheckSchema(SqlConnection& sql) {
+    const std::int64_t version = ReadVersion(sql);
+    if (version > kSchemaVersion)
+        throw StorageError(
+            Problem::NewerVersion, MessageNumber::NewerVersion,
+            {sql.Name(), Platform::ToText(version), Platform::ToText(kSchemaVersion)});
+    return version;
+}
+
+} // namespace Storage

@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+// A connection to a database, as the store needs it: the seam between the repository's
+// operations, which are one set of SQL, and the engines.
+//
+// SQL is that of both SQLite and PostgreSQL; parameters are written $1, $2, ...  Every
+// operation throws StorageError.  One thread.
+#pragma once
+
+#include "platform/text/Text.h"
+
+#include <cstdint>
+#include <initializer_list>
+#include <memory>
+#include <string_view>
+#include <variant>
+
+namespace Storage {
+
+// A statement's text: a literal, so that no value can ever become part of it and the
+// engine may keep the prepared form under its address for ever.
+class SqlText {
+public:
+    template<std::size_t size>
+    consteval SqlText(const char (&text)[size]) : m_text(text, size - 1) {}
+    std::string_view View() const { return m_text; }
+
+private:
+    std::string_view m_text;
+};
+
+struct SqlBytes {
+    explicit SqlBytes(std::string_view view) : bytes(view) {}
+    std::string_view bytes;
+};
+
+// NULL, a number, UTF-8 text, bytes.
+using SqlValue = std::variant<std::nullptr_t, std::int64_t, std::string_view, SqlBytes>;
+
+// A query's result, row by row.  Columns count from 0; texts and bytes are valid until
+// the next call of Next.
+class SqlRows {
+public:
+    virtual ~SqlRows() = default;
+    virtual bool Next() = 0;
+    virtual bool IsNull(int column) = 0;
+    virtual std::int64_t Integer(int column) = 0;
+    virtual std::string_view Text(int column) = 0;
+    virtual std::string_view Bytes(int column) = 0;
+};
+
+// The words in which the engines' table definitions differ.
+struct SqlWords {
+    std::string_view integer; // 64 bits
+    std::string_view bytes;
+    std::string_view tableOptions; // behind the closing parenthesis
+};
+
+class SqlConnection {
+public:
+    virtual ~SqlConnection() = default;
+
+    // Everything read until Commit or Rollback is of one moment; never waits for writers.
+    virtual void BeginRead() = 0;
+    // Waits for other writers, at most for a bounded time (Problem::Busy).
+    virtual void BeginWrite() = 0;
+    virtual void Commit() = 0;
+    // Without a transaction: nothing.
+    virtual void Rollback() noexcept = 0;
+
+    // The rows must be gone before the connection is used again: results are streams.
+    virtual std::unique_ptr<SqlRows> Query(SqlText sql, std::initializer_list<SqlValue> values) = 0;
+    // Runs a statement without a result and returns how many rows it changed.
+    virtual std::int64_t Execute(SqlText sql, std::initializer_list<SqlValue> values) = 0;
+    // Runs several statements, separated by ";", that take no values.
+    virtual void RunScript(std::string_view statements) = 0;
+
+    // Whether the repository that was opened is still the one at its address.  Cheap.
+    virtual bool IsAlive() = 0;
+    // Whether this user may write to the repository.
+    virtual bool MayWrite() = 0;
+    // What the user calls the repository.
+    virtual CString Name() = 0;
+    // "SQLite 3.40.1"
+    virtual CString EngineName() = 0;
+    virtual SqlWords Words() = 0;
+};
+
+// A transaction that only reads; ends with its scope.
+class ReadTransaction {
+public:
+    explicit ReadTransaction(SqlConnection& sql) : m_sql(sql) { m_sql.BeginRead(); }
+    ~ReadTransaction() { m_sql.Rollback(); }
+    ReadTransaction(const ReadTransaction&) = delete;
+    ReadTransaction& operator=(const ReadTransaction&) = delete;
+
+private:
+    SqlConnection& m_sql;
+};
+
+} // namespace Storage

@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: MIT
+// Files of kinds.
+#include "storage/Store.h"
+
+#include "platform/text/CaseFold.h"
+#include "platform/text/Numbers.h"
+#include "platform/text/Utf8.h"
+
+#include <algorithm>
+#include <charconv>
+#include <tuple>
+
+namespace Storage {
+namespace {
+
+using Platform::ToUtf8;
+
+// A row id that was handed out as text; 0, which no row has, for any other text.
+std::int64_t ToRowId(CStringView text) {
+    const std::string digits = ToUtf8(text);
+    std::int64_t id = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), id);
+    return error == std::errc() && end == digits.data() + digits.size() ? id : 0;
+}
+
+CString SubjectOf(const std::map<KindKey, FilesByName>& kinds) {
+    CString subject;
+    for (const auto& [kind, files] : kinds)
+        subject.append(subject.empty() ? u"" : u", ").append(kind.second);
+    return subject;
+}
+
+void CheckAgainstStored(const KindKey& kind, const FilesByName& files,
+                        const std::map<CString, FileRow>& stored, Refusals& refusals) {
+    for (const auto& [folded, file] : files) {
+        const auto found = stored.find(folded);
+        if (found != stored.end() && found->second.record.name != file->GetFileName())
+            refusals.Add(MessageNumber::NameDiffersByCase,
+                         {file->GetFileName(), kind.second, found->second.record.name});
+    }
+}
+
+void AddOrReplace(WriteCall& call, const Repository::CRepositoryFile& file, const FileRow* old) {
+    const std::string bytes = DecodeContent(file, file.GetOriginId());
+    const FileRecord record = RecordOf(file, bytes);
+    if (old && old->record == record)
+        return;
+    KeepContent(call, bytes, record.hash);
+    if (old)
+        EndFile(call, old->id);
+    InsertFile(call, std::nullopt, 0, record);
+}
+
+} // namespace
+
+void Store::RegisterContent(std::int32_t contentCode, CStringView kindId,
+                            std::int32_t messageNumber) {
+    CheckTexts({kindId}, kindId, {});
+    if (kindId.empty())
+        throw StorageError(Problem::Refused, MessageNumber::NothingGiven);
+    WriteCall call = Write("RegisterContent", kindId);
+    std::int64_t old = 0;
+    {
+        const auto rows =
+            m_sql->Query("SELECT id, message_number FROM kind WHERE content_code = $1 "
+                         "AND kind_id = $2 AND until_revision IS NULL",
+                         {contentCode, ToUtf8(kindId)});
+        if (rows->Next()) {
+            if (rows->Integer(1) == messageNumber)
+                return;
+            old = rows->Integer(0);
+        }
+    }
+    m_sql->Execute("UPDATE kind SET until_revision = $2 WHERE id = $1", {old, call.Revision()});
+    m_sql->Execute("INSERT INTO kind (id, content_code, kind_id, message_number, since_revision) "
+                   "VALUES ($1, $2, $3, $4, $5)",
+                   {call.NewId(), contentCode, ToUtf8(kindId), messageNumber, call.Revision()});
+    call.Commit();
+}
+
+void Store::AddFiles(const Repository::RepositoryFiles& files) {
+    const auto kinds = CheckKindFiles(files, m_options.maxFileBytes);
+    WriteCall call = Write("AddRepositoryFiles", SubjectOf(kinds));
+    std::map<KindKey, std::map<CString, FileRow>> stored;
+    Refusals refusals;
+    for (const auto& [kind, sent] : kinds) {
+        stored[kind] = KindFiles(*m_sql, kind.first, kind.second);
+        CheckAgainstStored(kind, sent, stored[kind], refusals);
+    }
+    refusals.ThrowIfAny();
+    for (const auto& [kind, sent] : kinds) {
+        const auto& old = stored[kind];
+        for (const auto& [folded, file] : sent) {
+            const auto found = old.find(folded);
+            AddOrReplace(call, *file, found == old.end() ? nullptr : &found->second);
+        }
+    }
+    call.Commit();
+}
+
+std::vector<CString> Store::FileIds(std::int32_t contentCode, CStringView kindId) {
+    // Sorted here and not in SQL, where every engine has an order of its own.
+    std::vector<std::tuple<CString, CString, std::int64_t>> files;
+    const auto rows =
+        m_sql->Query("SELECT name, id FROM stored_file WHERE file_type = $1 AND origin_id = $2 "
+                     "AND holder IS NULL AND until_revision IS NULL",
+                     {contentCode, ToUtf8(kindId)});
+    while (rows->Next()) {
+        CString name = Platform::FromUtf8(rows->Text(0));
+        CString folded = Platform::FoldCase(name);
+        files.emplace_back(std::move(folded), std::move(name), rows->Integer(1));
+    }
+    std::sort(files.begin(), files.end());
+    std::vector<CString> ids;
+    for (const auto& file : files)
+        ids.push_back(Platform::ToText(std::get<2>(file)));
+    return ids;
+}
+
+RepositoryFilePtr Store::File(CStringView fileId) {
+    FileReader reader = FileReader::ById(*m_sql, ToRowId(fileId));
+    return reader.Next() ? reader.File() : nullptr;
+}
+
+} // namespace Storage
