@@ -67,10 +67,10 @@ std::error_code ListNames(const std::string& folder, std::vector<std::string>& n
             names.emplace_back(name);
         errno = 0;
     }
-    if (errno == 0)
-        return {};
-    names.clear();
-    return LastError();
+    const std::error_code error = errno == 0 ? std::error_code() : LastError();
+    if (error)
+        names.clear();
+    return error;
 }
 
 std::error_code CreateFolder(const std::string& path, mode_t mode) {

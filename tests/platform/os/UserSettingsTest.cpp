@@ -4,6 +4,7 @@
 #include "platform/os/Path.h"
 #include "platform/os/UserFolders.h"
 #include "platform/text/Utf8.h"
+#include "support/DocumentExample.h"
 #include "support/InAChildProcess.h"
 #include "support/Workstation.h"
 
@@ -110,7 +111,7 @@ TEST_F(Settings, TheFileSaysOtherwiseThanTheDefaults) {
                                 "[general]\n"
                                 "language = hr\n"
                                 "[kinds]\n"
-                                "enabled = 003_SYMBOL, 005_GPE\n"
+                                "enabled = 008_GPE, 005_GPEBLOCKS\n"
                                 "[logging]\n"
                                 "trace = on\n"
                                 "trace_file = /var/log/trace.log\n"
@@ -118,9 +119,22 @@ TEST_F(Settings, TheFileSaysOtherwiseThanTheDefaults) {
     EXPECT_EQ(Get(Setting::Install), InFile(u"\\opt\\zebx\\"));
     EXPECT_EQ(Get(Setting::Support), InFile(u"\\srv\\support\\"));
     EXPECT_EQ(Get(Setting::Language), InFile(u"hr"));
-    EXPECT_EQ(Get(Setting::EnabledKinds), InFile(u"003_SYMBOL, 005_GPE"));
+    EXPECT_EQ(Get(Setting::EnabledKinds), InFile(u"008_GPE, 005_GPEBLOCKS"));
     EXPECT_EQ(Get(Setting::Trace), InFile(u"on"));
     EXPECT_EQ(Get(Setting::TraceFile), InFile(u"\\var\\log\\trace.log"));
+    EXPECT_EQ(Get(Setting::WorkspaceLog), InFile(u"\\var\\log\\čvor.log"));
+    EXPECT_THAT(Problems(), IsEmpty());
+}
+
+TEST_F(Settings, TheDocumentsExampleIsReadAsItSays) {
+    m_workstation.WriteSettings(DocumentExample("Settings file zebx.ini"));
+    EXPECT_EQ(Get(Setting::Install), InFile(u"\\opt\\zebx\\lib\\zebx\\"));
+    EXPECT_EQ(Get(Setting::Support),
+              InFile(m_workstation.Config() + u"..\\..\\Network\\support\\"));
+    EXPECT_EQ(Get(Setting::Language), InFile(u"hr"));
+    EXPECT_EQ(Get(Setting::EnabledKinds), InFile(u"005_GPEBLOCKS, 008_GPE"));
+    EXPECT_EQ(Get(Setting::Trace), InFile(u"on"));
+    EXPECT_EQ(Get(Setting::TraceFile), Default(State() + u"trace.log"));
     EXPECT_EQ(Get(Setting::WorkspaceLog), InFile(u"\\var\\log\\čvor.log"));
     EXPECT_THAT(Problems(), IsEmpty());
 }

@@ -3,6 +3,7 @@
 
 #include "platform/os/File.h"
 #include "platform/os/Path.h"
+#include "support/DocumentExample.h"
 #include "support/TemporaryFolder.h"
 
 #include <cstring>
@@ -110,6 +111,15 @@ TEST_F(VersionRecords, TheFourPartsStandInLittleEndianOrder) {
     EXPECT_EQ(VersionAfter([](SmallModule&) {}), (FileVersion{1, 2, 3, 4}));
     EXPECT_EQ(VersionAfter([](SmallModule& module) { module.record[9] = '\x80'; }),
               (FileVersion{0x8001, 2, 3, 4}));
+}
+
+TEST_F(VersionRecords, TheDocumentsExampleIsReadAsItSays) {
+    const std::string example = BytesOfHex(DocumentExample("Version record"));
+    ASSERT_EQ(example.size(), sizeof(SmallModule::record));
+    EXPECT_EQ(VersionAfter([&](SmallModule& module) {
+                  std::memcpy(module.record, example.data(), example.size());
+              }),
+              (FileVersion{1, 0, 258, 7}));
 }
 
 TEST_F(VersionRecords, OtherModuleFormatsHaveNoVersion) {

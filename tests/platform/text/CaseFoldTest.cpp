@@ -34,7 +34,8 @@ TEST(CaseFold, OneCharacterStaysOneCharacter) {
                                  : CString{static_cast<char16_t>(0xD7C0 + (codePoint >> 10)),
                                            static_cast<char16_t>(0xDC00 + (codePoint & 0x3FF))};
         const CString folded = FoldCase(text);
-        ASSERT_EQ(folded.size(), text.size()) << codePoint;
-        ASSERT_EQ(FoldCase(folded), folded) << codePoint;
+        const bool isStable = folded.size() == text.size() && FoldCase(folded) == folded;
+        if (!isStable)
+            ADD_FAILURE() << codePoint;
     }
 }
