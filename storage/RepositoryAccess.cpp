@@ -24,7 +24,7 @@ void RepositoryAccess::LoadSettings() {
         m_settings.Load();
     } catch (const StorageError& error) {
         m_settingsError = error;
-        throw;
+        throw NoConnection(error);
     }
 }
 
@@ -48,14 +48,12 @@ CString RepositoryAccess::ShownAddress() const {
     }
 }
 
-Stamp RepositoryAccess::MakeStamp() const {
-    return {Platform::UtcNow(), Platform::UserName(), Platform::HostName(),
-            u"ZEBXRepositoryClient " + m_version};
-}
-
 std::unique_ptr<Store> RepositoryAccess::Open(const Address& address) {
     StoreOptions options;
-    options.stamp = [this] { return MakeStamp(); };
+    // Asked once: a directory service may take its time.
+    options.stamp = [this, user = Platform::UserName(), host = Platform::HostName()] {
+        return Stamp{Platform::UtcNow(), user, host, u"ZEBXRepositoryClient " + m_version};
+    };
     options.leftOut = [this](const StorageError& error) { Tell(error); };
     return std::make_unique<Store>(m_connector(address), std::move(options));
 }

@@ -20,7 +20,7 @@ public:
     void SetVersion(CStringView version) { m_version = version; }
     void SetSettingsPath(CStringView folder) { m_settings.SetFolder(folder); }
 
-    // Throws Configuration; from then on there is no connection until Connect.
+    // Throws NoConnection (Configuration), and then there is none until Connect.
     void LoadSettings();
     // Throws Configuration.  Settings that were not understood are left as they are.
     void SaveSettings();
@@ -42,7 +42,6 @@ public:
 private:
     Address AddressInUse() const;
     std::unique_ptr<Store> Open(const Address& address);
-    Stamp MakeStamp() const;
 
     Connector m_connector;
     Repository::IMsgProvider* m_provider = nullptr;

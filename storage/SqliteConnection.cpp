@@ -235,9 +235,11 @@ void SqliteConnection::Bind(PreparedStatement& statement, std::initializer_list<
     const auto keep = lifetime == Lifetime::Call ? SQLITE_STATIC : SQLITE_TRANSIENT;
     // SQLite takes a null pointer for NULL, also when the size is 0.
     const auto data = [](std::string_view view) { return view.data() ? view.data() : ""; };
-    std::size_t position = 0;
+    if (values.size() != statement.indexes.size())
+        throw StorageError(Problem::Internal, MessageNumber::Internal, {u"values of a statement"});
+    auto next = statement.indexes.begin();
     for (const SqlValue& value : values) {
-        const int index = statement.indexes.at(position++);
+        const int index = *next++;
         if (const auto* number = std::get_if<std::int64_t>(&value))
             Check(sqlite3_bind_int64(statement.handle, index, *number));
         else if (const auto* text = std::get_if<std::string_view>(&value))
@@ -267,6 +269,18 @@ void CheckKind(const CString& path) {
                               : Problem::Unreachable,
                        MessageNumber::NotCreated,
                        {ShownPath(path), Platform::FromUtf8(error.message())});
+}
+
+// Why the folder of a new repository could not be made.
+std::error_code WhyNoFolder(CString folder) {
+    while (!folder.empty() && !Platform::PathExists(folder)) {
+        folder.pop_back();
+        folder.erase(folder.find_last_of(u'\\') + 1);
+    }
+    return std::make_error_code(Platform::KindOfPath(folder) != Platform::PathKind::Folder
+                                    ? std::errc::not_a_directory
+                                : Platform::MayWrite(folder) ? std::errc::io_error
+                                                             : std::errc::permission_denied);
 }
 
 // SQLite would play the changes of a repository that stood here into the new one.
@@ -322,7 +336,7 @@ void CreateSqlite(const CString& path, const std::function<void(SqlConnection&)>
         return;
     const CString folder = path.substr(0, path.find_last_of(u'\\') + 1);
     if (!Platform::CreateFolderChain(folder, Platform::Access::Private))
-        ThrowNotCreated(path, std::make_error_code(std::errc::no_such_file_or_directory));
+        ThrowNotCreated(path, WhyNoFolder(folder));
     CheckNoChangesLeft(path);
     const TemporaryFile file(path);
     FillNewFile(file.Path(), fill);

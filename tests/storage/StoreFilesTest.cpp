@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "ZEBXRepositoryClient/ContentKinds.h"
 #include "TestFiles.h"
 #include "TestRepository.h"
+#include "ZEBXRepositoryClient/ContentKinds.h"
 
 #include <gmock/gmock.h>
 
