@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+// What a command line selects: whole groups of content or single kinds.
+#pragma once
+
+#include "ZEBXRepositoryClient/RepositoryStorageManager.h"
+
+#include <optional>
+#include <vector>
+
+namespace App {
+
+enum class Group { FOC, NCF, GS };
+
+// "ncf", "foc:005_TOPOLOGY_CONFIG", "gs:NAME".
+struct Selected {
+    Group group = Group::FOC;
+    std::optional<CString> name; // of the kind or of the general settings; nothing: all
+
+    bool operator==(const Selected&) const = default;
+};
+
+// The selections in the words' order, each once; no words select everything, in the order
+// foc, ncf, gs.  Throws AppError (Usage) for a word that selects nothing and for
+// catalogues, which this version does not move.
+std::vector<Selected> ParseSelection(const std::vector<CString>& words);
+
+// The selection as it is typed.
+CString WordFor(const Selected& selected);
+// A kind or a general-settings text as it is selected; an empty name selects the group.
+CString WordFor(Group group, CStringView name);
+
+// Throws AppError (Usage), naming the known kinds, when a kind is not registered.
+void CheckKindsAreKnown(const std::vector<Selected>& selection,
+                        Repository::CRepositoryStorageManager& manager);
+
+// Throws AppError (Configuration) when a selected kind is optional and not switched on:
+// such a kind takes no part in transfers.
+void CheckKindsAreOn(const std::vector<Selected>& selection,
+                     Repository::CRepositoryStorageManager& manager);
+
+// Throws AppError (Usage) when general settings are selected by name and the storage keeps
+// one text only.
+void CheckGsNames(const std::vector<Selected>& selection,
+                  Repository::CRepositoryStorageManager& manager);
+
+} // namespace App

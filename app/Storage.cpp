@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#include "app/Storage.h"
+
+#include "app/Texts.h"
+
+namespace App {
+
+using Storage::Problem;
+
+Repository::StorageBackend& OpenStorage::Backend() const {
+    return *static_cast<Repository::StorageBackend*>(manager.GetStorage().get());
+}
+
+OpenStorage RequireStorage() {
+    auto* manager = Repository::CRepositoryStorageManager::Instance();
+    StoragePlugin plugin = FindStoragePlugin();
+    if (!manager->IsInitialized())
+        throw AppError(ExitStatus::Configuration, WhyNoPlugin(plugin));
+    return {*manager, plugin};
+}
+
+void RequireRepository(const OpenStorage& storage) {
+    // The administration is asked first: what it tells, the backend does not log once more.
+    if (auto* administration = storage.plugin.administration) {
+        const auto state = administration->State();
+        if (state.problem != Problem::None)
+            throw AppError(StatusOf(state.problem), state.problemText);
+    }
+    if (!storage.manager.IsRepositoryAccessible())
+        throw AppError(ExitStatus::NotReachable,
+                       Text(Message::NotReachable, {storage.manager.GetRepositroyStorageName()}));
+}
+
+void RequireRights(const OpenStorage& storage) {
+    if (storage.manager.AmIAdmin())
+        return;
+    auto* administration = storage.plugin.administration;
+    const CString address = administration ? administration->State().address
+                                           : storage.manager.GetRepositroyStorageName();
+    throw AppError(ExitStatus::NotAllowed, Text(Message::MayNotWrite, {address}));
+}
+
+ExitStatus StatusOf(Problem problem) {
+    switch (problem) {
+    case Problem::Configuration:
+        return ExitStatus::Configuration;
+    case Problem::Missing:
+    case Problem::NotARepository:
+    case Problem::NewerVersion:
+    case Problem::Unreachable:
+    case Problem::Busy:
+        return ExitStatus::NotReachable;
+    case Problem::NotAllowed:
+        return ExitStatus::NotAllowed;
+    case Problem::Integrity:
+        return ExitStatus::Integrity;
+    case Problem::Full:
+        return ExitStatus::LocalFile;
+    case Problem::Internal:
+        return ExitStatus::Internal;
+    case Problem::None:
+    case Problem::Refused:
+        break;
+    }
+    return ExitStatus::SomeFailed;
+}
+
+} // namespace App

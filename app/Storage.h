@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+// The repository that verbs work with, and the conditions that they make.
+#pragma once
+
+#include "app/AppError.h"
+#include "app/StoragePlugin.h"
+
+#include "ZEBXRepositoryClient/RepositoryStorageManager.h"
+#include "ZEBXRepositoryClient/StorageBackend.h"
+
+namespace App {
+
+struct OpenStorage {
+    Repository::CRepositoryStorageManager& manager;
+    StoragePlugin plugin;
+
+    // The plug-in's own object; the manager holds it.
+    Repository::StorageBackend& Backend() const;
+};
+
+// The manager with its storage.  Throws AppError (Configuration) without a plug-in.
+OpenStorage RequireStorage();
+
+// Throws AppError when the repository cannot be used now, with the plug-in's own words.
+void RequireRepository(const OpenStorage& storage);
+
+// Throws AppError (NotAllowed) when this user may only read.
+void RequireRights(const OpenStorage& storage);
+
+// The exit status that tells of a repository's problem; nothing of its own: SomeFailed.
+ExitStatus StatusOf(Storage::Problem problem);
+
+} // namespace App

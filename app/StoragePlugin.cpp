@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#include "app/StoragePlugin.h"
+
+#include "app/Print.h"
+#include "app/Texts.h"
+
+#include "ZEBXGisCore/ModuleConfiguration.h"
+#include "ZEBXRepositoryClient/StorageBackend.h"
+#include "platform/os/FileSearch.h"
+#include "platform/os/Module.h"
+
+namespace App {
+namespace {
+
+template<typename Function>
+Function ExportOf(Platform::ModuleHandle module, const char* name) {
+    return reinterpret_cast<Function>(Platform::FindExport(module, name));
+}
+
+void TryFile(const CString& name, StoragePlugin& plugin) {
+    CString reason;
+    const auto module = Platform::LoadModule(plugin.folder + name, &reason);
+    if (!module) {
+        plugin.useless.push_back({name, reason});
+        return;
+    }
+    if (!ExportOf<Repository::GetPluginInfoFunction>(module, "GetPluginInfo")) {
+        plugin.useless.push_back({name, Text(Message::PluginWithoutEntry)});
+        return;
+    }
+    const auto administration = ExportOf<Storage::GetRepositoryAdministrationFunction>(
+        module, "GetRepositoryAdministration");
+    plugin.file = name;
+    plugin.administration = administration ? administration() : nullptr;
+}
+
+} // namespace
+
+StoragePlugin FindStoragePlugin() {
+    StoragePlugin plugin;
+    plugin.folder = ZEBGis::CModuleConfiguration::Instance()->GetPath(u"install");
+    plugin.pattern = u"ZEBXRepositoryClientPlugin_*.arx";
+    for (const CString& name : Platform::FindFiles(plugin.folder + plugin.pattern))
+        TryFile(name, plugin);
+    return plugin;
+}
+
+CString WhyNoPlugin(const StoragePlugin& plugin) {
+    const bool nothing = plugin.file.empty() && plugin.useless.empty();
+    CString text = Text(nothing ? Message::NoPluginFile : Message::NoPluginLoads,
+                        {ShownPath(plugin.folder), plugin.pattern});
+    for (const auto& useless : plugin.useless)
+        text += u"\n  " + useless.file + u": " + useless.reason;
+    if (!plugin.file.empty())
+        text += u"\n  " + plugin.file + u": " + Text(Message::PluginWithoutStorage);
+    return text + u"\n" + Text(Message::PluginHint);
+}
+
+} // namespace App

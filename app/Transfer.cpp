@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+#include "app/Transfer.h"
+
+#include "app/Texts.h"
+
+#include "ZEBXGisCore/ModuleConfiguration.h"
+
+namespace App {
+namespace {
+
+using namespace ZEBGis::Workspace;
+
+Storage::Problem TakeProblem(const OpenStorage& storage) {
+    auto* administration = storage.plugin.administration;
+    return administration ? administration->TakeLastProblem() : Storage::Problem::None;
+}
+
+void Note(TransferResult& result, Outcome outcome, Storage::Problem problem) {
+    if (outcome == Outcome::Done)
+        return;
+    if (StatusOf(problem) != ExitStatus::SomeFailed)
+        result.problem = result.problem.value_or(StatusOf(problem));
+    else if (outcome == Outcome::Failed || problem != Storage::Problem::None)
+        result.somethingFailed = true;
+    else
+        result.somethingFailedHere = true;
+}
+
+// The rest of the selection cannot be moved: one line for it, and its status.
+void NoteThatItWentAway(TransferResult& result, const OpenStorage& storage) {
+    Log(MessageFailure, Text(Message::RepositoryWentAway));
+    ++result.failures;
+    const Storage::Problem problem = TakeProblem(storage);
+    const ExitStatus status =
+        problem == Storage::Problem::None ? ExitStatus::NotReachable : StatusOf(problem);
+    result.problem = result.problem.value_or(status);
+}
+
+} // namespace
+
+ExitStatus TransferResult::Status() const {
+    if (problem)
+        return *problem;
+    if (somethingFailed)
+        return ExitStatus::SomeFailed;
+    return somethingFailedHere ? ExitStatus::LocalFile : ExitStatus::Done;
+}
+
+TransferResult Transfer(const Session& session, const OpenStorage& storage,
+                        const std::vector<Selected>& selection,
+                        const std::function<Outcome(const Selected&)>& move) {
+    TransferResult result;
+    TakeProblem(storage); // an older one is none of ours
+    for (const Selected& selected : selection) {
+        const int successesBefore = session.log.Successes();
+        const int failuresBefore = session.log.Failures();
+        Outcome outcome = move(selected);
+        const int failures = session.log.Failures() - failuresBefore;
+        // A stored file that comes back empty is logged and does not change the result.
+        if (outcome == Outcome::Done && failures > 0)
+            outcome = Outcome::Failed;
+        result.selections.push_back(
+            {selected, session.log.Successes() - successesBefore, failures});
+        result.failures += failures;
+        if (!storage.manager.IsRepositoryAccessible()) {
+            NoteThatItWentAway(result, storage);
+            break;
+        }
+        Note(result, outcome, TakeProblem(storage));
+    }
+    return result;
+}
+
+void Log(std::int32_t type, const CString& text) {
+    CWsManager::Instance()->LogMessage(type, text.c_str());
+}
+
+void LogFamilyText(std::int32_t type, int number) {
+    Log(type, ZEBGis::CModuleConfiguration::Instance()->GetMsg(number));
+}
+
+} // namespace App

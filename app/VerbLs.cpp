@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+#include "app/Listing.h"
+#include "app/Print.h"
+#include "app/Verbs.h"
+
+#include "platform/text/Numbers.h"
+
+#include <algorithm>
+#include <ostream>
+
+namespace App {
+namespace {
+
+CString OrDash(CString text) {
+    return text.empty() ? u"-" : text;
+}
+
+// "2026-11-21T08:05:19Z" to the minute, so that a line stays short.
+CString ShownTime(const CString& time) {
+    if (time.size() != 20 || time[10] != u'T')
+        return OrDash(time);
+    return time.substr(0, 10) + u" " + time.substr(11, 5);
+}
+
+std::vector<CString> RowOf(const StoredEntry& entry) {
+    const bool isGs = entry.group == Group::GS;
+    return {WordFor(entry.group, entry.kind),
+            entry.isFile ? Platform::ToText(entry.sizeBytes) : u"-",
+            entry.revision > 0 ? Platform::ToText(entry.revision) : u"-", ShownTime(entry.time),
+            isGs ? CString() : OrDash(entry.file)};
+}
+
+} // namespace
+
+ExitStatus RunLs(Session& session, const Invocation& invocation) {
+    const std::vector<Selected> selection = ParseSelection(invocation.words);
+    CheckKindsAreKnown(selection, *Repository::CRepositoryStorageManager::Instance());
+    const OpenStorage storage = RequireStorage();
+    RequireRepository(storage);
+
+    using Align = Table::Align;
+    // The file comes last, so that no name, however long, breaks the columns.
+    Table table({{Text(Message::TitleKind)},
+                 {Text(Message::TitleBytes), Align::Right},
+                 {Text(Message::TitleRevision), Align::Right},
+                 {Text(Message::TitleTime)},
+                 {Text(Message::TitleFile)}});
+    std::int64_t files = 0;
+    std::int64_t bytes = 0;
+    for (const StoredEntry& entry : ListRepository(storage)) {
+        const auto covers = [&entry](const Selected& one) { return Covers(one, entry); };
+        if (std::ranges::none_of(selection, covers))
+            continue;
+        table.Add(RowOf(entry));
+        files += entry.isFile ? 1 : 0;
+        bytes += entry.sizeBytes;
+    }
+    if (!table.IsEmpty())
+        table.Print(session.out);
+    PrintLine(session.out,
+              Text(Message::FilesInAll, {Platform::ToText(files), Platform::ToText(bytes)}));
+    return ExitStatus::Done;
+}
+
+} // namespace App

@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: MIT
+#include "app/Print.h"
+#include "app/Transfer.h"
+#include "app/Verbs.h"
+
+#include "ZEBXGisCore/ModuleConfiguration.h"
+#include "platform/text/Numbers.h"
+
+#include <algorithm>
+#include <ostream>
+
+namespace App {
+namespace {
+
+using namespace ZEBGis::Workspace;
+
+// The family's messages that the dialog's page writes for the same operation.
+constexpr int kGsLoaded = 10369;
+constexpr int kGsNotLoaded = 10371;
+
+class Pull {
+public:
+    Pull(const OpenStorage& storage, bool everything)
+        : m_manager(storage.manager), m_everything(everything) {}
+
+    Outcome operator()(const Selected& selected) const {
+        if (selected.group == Group::GS)
+            return FetchGs(selected);
+        return Fetch(selected) ? Outcome::Done : Outcome::FailedHere;
+    }
+
+private:
+    Outcome FetchGs(const Selected& selected) const {
+        std::vector<CString> names;
+        if (m_manager.GetAvailableGS(names) && !Holds(names, selected))
+            return TellNoGs(selected);
+        const bool loaded = LoadGs(selected) != 0;
+        LogFamilyText(loaded ? MessageSuccess : MessageFailure, loaded ? kGsLoaded : kGsNotLoaded);
+        return loaded ? Outcome::Done : Outcome::FailedHere;
+    }
+
+    static bool Holds(const std::vector<CString>& names, const Selected& selected) {
+        if (!selected.name)
+            return !names.empty();
+        return std::find(names.begin(), names.end(), *selected.name) != names.end();
+    }
+
+    Outcome TellNoGs(const Selected& selected) const {
+        Log(m_everything ? MessageWarning : MessageFailure,
+            selected.name ? Text(Message::NoGsOfThatName, {*selected.name})
+                          : Text(Message::NoGsInRepository));
+        return m_everything ? Outcome::Done : Outcome::Failed;
+    }
+
+    int LoadGs(const Selected& selected) const {
+        if (!selected.name)
+            return m_manager.SaveGSLocally();
+        CString xml;
+        return m_manager.LoadGS(xml, selected.name->c_str()) &&
+               ZEBGis::CModuleConfiguration::Instance()->ForceSaveGSLocal(xml.c_str(), nullptr);
+    }
+
+    int Fetch(const Selected& selected) const {
+        if (selected.group == Group::FOC)
+            return selected.name ? m_manager.LoadFOC(selected.name->c_str(), 1)
+                                 : m_manager.LoadAllFOC(1);
+        return selected.name ? m_manager.LoadNCF(selected.name->c_str()) : m_manager.LoadAllNCFs();
+    }
+
+    Repository::CRepositoryStorageManager& m_manager;
+    bool m_everything;
+};
+
+// A file has one line in the log, written or failed.
+void PrintResult(std::ostream& out, const OpenStorage& storage, const TransferResult& result) {
+    using Align = Table::Align;
+    Table table({{Text(Message::TitleSelection)},
+                 {Text(Message::TitleFiles), Align::Right},
+                 {Text(Message::TitleFailures), Align::Right}});
+    for (const Transferred& one : result.selections)
+        table.Add({WordFor(one.selected), Platform::ToText(one.successes),
+                   Platform::ToText(one.failures)});
+    table.Print(out);
+    auto* administration = storage.plugin.administration;
+    if (administration && storage.manager.IsRepositoryAccessible())
+        PrintLine(out,
+                  Text(Message::RevisionNow, {Platform::ToText(administration->State().revision)}));
+}
+
+} // namespace
+
+ExitStatus RunPull(Session& session, const Invocation& invocation) {
+    const std::vector<Selected> selection = ParseSelection(invocation.words);
+    auto& manager = *Repository::CRepositoryStorageManager::Instance();
+    CheckKindsAreKnown(selection, manager);
+    CheckKindsAreOn(selection, manager);
+    const OpenStorage storage = RequireStorage();
+    RequireRepository(storage);
+    CheckGsNames(selection, manager);
+    const TransferResult result =
+        Transfer(session, storage, selection, Pull(storage, invocation.words.empty()));
+    PrintResult(session.out, storage, result);
+    return result.Status();
+}
+
+} // namespace App

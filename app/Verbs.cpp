@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: MIT
+#include "app/Verbs.h"
+
+namespace App {
+
+const std::vector<Verb>& Verbs() {
+    static const std::vector<Verb> kVerbs = {
+        {"init",
+         Words::None,
+         "",
+         {},
+         {{"init", Message::ExampleInit},
+          {"init --support ~/drawings", Message::ExampleInitSupport}},
+         Message::SummaryInit,
+         Message::DetailsInit,
+         RunInit},
+        {"connect",
+         Words::OneOrNone,
+         "[URL]",
+         {{"--create", nullptr, Message::HelpCreate}},
+         {{"connect --create", Message::ExampleConnectCreate},
+          {"connect sqlite:/srv/zeb/repository.db", Message::ExampleConnectUrl},
+          {"connect", Message::ExampleConnect}},
+         Message::SummaryConnect,
+         Message::DetailsConnect,
+         RunConnect},
+        {"status",
+         Words::None,
+         "",
+         {},
+         {{"status", Message::ExampleStatus}},
+         Message::SummaryStatus,
+         Message::DetailsStatus,
+         RunStatus},
+        {"push",
+         Words::Any,
+         "[SELECTION...]",
+         {},
+         {{"push", Message::ExamplePush}, {"push ncf:002_NODE", Message::ExamplePushNodes}},
+         Message::SummaryPush,
+         Message::DetailsPush,
+         RunPush},
+        {"pull",
+         Words::Any,
+         "[SELECTION...]",
+         {},
+         {{"pull", Message::ExamplePull},
+          {"pull foc:005_TOPOLOGY_CONFIG gs", Message::ExamplePullTwo}},
+         Message::SummaryPull,
+         Message::DetailsPull,
+         RunPull},
+        {"ls",
+         Words::Any,
+         "[SELECTION...]",
+         {},
+         {{"ls", Message::ExampleLs}, {"ls ncf:002_NODE", Message::ExampleLsKind}},
+         Message::SummaryLs,
+         Message::DetailsLs,
+         RunLs},
+        {"run",
+         Words::One,
+         "COMMAND",
+         {},
+         {{"run test", Message::ExampleRun}},
+         Message::SummaryRun,
+         Message::DetailsRun,
+         RunCommand},
+        {"version",
+         Words::None,
+         "",
+         {},
+         {{"version", Message::ExampleVersion}},
+         Message::SummaryVersion,
+         Message::DetailsVersion,
+         RunVersion},
+    };
+    return kVerbs;
+}
+
+const std::vector<Option>& CommonOptions() {
+    using Platform::Setting;
+    static const std::vector<Option> kOptions = {
+        {"--config", "FILE", Message::HelpConfig, Setting::Config},
+        {"--install", "DIR", Message::HelpInstall, Setting::Install},
+        {"--support", "DIR", Message::HelpSupport, Setting::Support},
+        {"--help", nullptr, Message::HelpHelp},
+    };
+    return kOptions;
+}
+
+const std::vector<Example>& FirstExamples() {
+    static const std::vector<Example> kExamples = {
+        {"init", Message::ExampleInit},
+        {"connect --create", Message::ExampleConnectCreate},
+        {"push", Message::ExamplePush},
+        {"pull", Message::ExamplePull},
+        {"ls ncf:002_NODE", Message::ExampleLsKind},
+        {"status", Message::ExampleStatus},
+    };
+    return kExamples;
+}
+
+} // namespace App

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+// The program's verbs as data: the parser and the help are made from this table.
+#pragma once
+
+#include "app/AppError.h"
+#include "app/Session.h"
+#include "app/Texts.h"
+
+#include "platform/os/UserSettings.h"
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace App {
+
+struct Verb;
+
+// What a command line said.
+struct Invocation {
+    const Verb* verb = nullptr; // null: help about the program
+    bool help = false;
+    std::vector<CString> words;             // behind the verb
+    std::map<std::string, CString> options; // by name; a flag's value is empty
+
+    bool Has(const std::string& option) const { return options.contains(option); }
+};
+
+struct Option {
+    const char* name;
+    const char* valueName; // null: a flag
+    Message help;
+    std::optional<Platform::Setting> setting = std::nullopt; // that it overrides
+};
+
+struct Example {
+    const char* line; // behind "zebx "
+    Message help;
+};
+
+// How many words a verb takes.
+enum class Words { None, OneOrNone, One, Any };
+
+struct Verb {
+    const char* name;
+    Words words;
+    const char* wordsName;
+    std::vector<Option> options;
+    std::vector<Example> examples;
+    Message summary;
+    Message details;
+    // Gives the exit status or throws AppError.
+    ExitStatus (*run)(Session&, const Invocation&);
+};
+
+// In the order in which a new user needs them.
+const std::vector<Verb>& Verbs();
+
+// Taken by every verb, before or behind it.
+const std::vector<Option>& CommonOptions();
+
+// Shown by the program's own help.
+const std::vector<Example>& FirstExamples();
+
+// One file each: VerbInit.cpp, VerbConnect.cpp...
+ExitStatus RunInit(Session& session, const Invocation& invocation);
+ExitStatus RunConnect(Session& session, const Invocation& invocation);
+ExitStatus RunStatus(Session& session, const Invocation& invocation);
+ExitStatus RunPush(Session& session, const Invocation& invocation);
+ExitStatus RunPull(Session& session, const Invocation& invocation);
+ExitStatus RunLs(Session& session, const Invocation& invocation);
+ExitStatus RunCommand(Session& session, const Invocation& invocation);
+ExitStatus RunVersion(Session& session, const Invocation& invocation);
+
+} // namespace App
