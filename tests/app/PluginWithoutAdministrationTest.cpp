@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+// The program over a storage plug-in that offers the backend's operations alone: the sample
+// plug-in, which keeps everything in memory and so needs all verbs in one process.
+#include "Content.h"
+#include "InProcess.h"
+#include "support/InAChildProcess.h"
+
+#include <gmock/gmock.h>
+
+using namespace AppTest;
+using testing::AllOf;
+using testing::HasSubstr;
+
+namespace {
+
+class PluginWithoutAdministration : public InProcess {
+protected:
+    PluginWithoutAdministration() {
+        const fs::path folder = workstation.Folder().Native() / "installation";
+        fs::create_directories(folder);
+        fs::create_symlink(fs::path(ZEBX_BUILD_DIR) / "lib/zebx/messages", folder / "messages");
+        fs::create_symlink(ZEBX_MEMORY_PLUGIN, folder / "ZEBXRepositoryClientPlugin_Memory.arx");
+        workstation.Set("ZEBX_INSTALL", folder.string());
+    }
+
+    fs::path Support() const { return workstation.Folder().Native() / "data/StudioZEB/support"; }
+};
+
+TEST_F(PluginWithoutAdministration, HasNothingToConnect) {
+    EXPECT_TRUE(PassesInAChildProcess([] {
+        const Ended run = RunHere({"connect", "--create"});
+        EXPECT_EQ(run.status, 3) << run;
+        EXPECT_THAT(run.err, HasSubstr("ZEBXRepositoryClientPlugin_Memory.arx"));
+    }));
+}
+
+TEST_F(PluginWithoutAdministration, StatusShowsWhatTheManagerKnows) {
+    EXPECT_TRUE(PassesInAChildProcess([] {
+        const Ended run = RunHere({"status"});
+        EXPECT_EQ(run.status, 0) << run;
+        EXPECT_THAT(run.out,
+                    AllOf(HasSubstr("(ZEBXRepositoryClientPlugin_Memory.arx)"), HasSubstr("yes"),
+                          HasSubstr("you may read and write"), Not(HasSubstr("Engine"))));
+    }));
+}
+
+TEST_F(PluginWithoutAdministration, PushListAndPullWork) {
+    EXPECT_TRUE(PassesInAChildProcess([this] {
+        ASSERT_EQ(RunHere({"init"}).status, 0);
+        GenerateContent(Support());
+        const auto sent = Tree(Support());
+        const Ended push = RunHere({"push"});
+        ASSERT_EQ(push.status, 0) << push;
+        const Ended list = RunHere({"ls"});
+        EXPECT_EQ(list.status, 0) << list;
+        EXPECT_THAT(list.out,
+                    AllOf(HasSubstr("Šaht čvor žđ.dwg"), HasSubstr("foc:005_TOPOLOGY_CONFIG"),
+                          HasSubstr("  5000000 "), HasSubstr("In all: 51 stored")));
+        fs::remove_all(Support());
+        const Ended pull = RunHere({"pull"});
+        EXPECT_EQ(pull.status, 0) << pull;
+        EXPECT_TRUE(Tree(Support()) == sent);
+    }));
+}
+
+TEST_F(PluginWithoutAdministration, AFailedPushIsToldAndCounted) {
+    EXPECT_TRUE(PassesInAChildProcess([] {
+        ASSERT_EQ(RunHere({"init"}).status, 0);
+        const Ended push = RunHere({"push", "ncf:002_NODE"});
+        EXPECT_EQ(push.status, 8) << push;
+        EXPECT_THAT(push.err, HasSubstr("Failure: Could not be sent to the repository."));
+        EXPECT_THAT(push.out, HasSubstr("ncf:002_NODE         1\n"));
+    }));
+}
+
+} // namespace
