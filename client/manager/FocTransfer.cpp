@@ -3,6 +3,7 @@
 
 #include "TransferSteps.h"
 
+#include "client/records/RepositoryFileWriter.h"
 #include "client/util/Border.h"
 #include "platform/os/File.h"
 
@@ -40,7 +41,7 @@ int CRepositoryStorageManager::LoadFOC(const char16_t* id, int loadDependents) {
         for (const CString& fileId : fileIds) {
             const auto file = Backend()->GetRepositoryFile(fileId.c_str());
             // Written before the connection is asked for, kept: LoadNCF asks first.
-            const bool isWritten = file && WriteFetchedFile(*file, folder);
+            const bool isWritten = file && WriteRepositoryFile(*file, folder.c_str(), nullptr);
             if (!IsRepositoryAccessible())
                 return 0;
             if (!file) {

@@ -3,6 +3,7 @@
 
 #include "TransferSteps.h"
 
+#include "client/records/RepositoryFileWriter.h"
 #include "client/util/Border.h"
 #include "platform/os/File.h"
 #include "platform/os/FileSearch.h"
@@ -49,7 +50,7 @@ bool WriteDrawing(const boost::shared_ptr<CRepositoryFile>& file, const CString&
         LogLine(MessageFailure, kindId);
         return true;
     }
-    const bool isWritten = WriteFetchedFile(*file, folder);
+    const bool isWritten = WriteRepositoryFile(*file, folder.c_str(), nullptr);
     LogFetchedFile(*file, isWritten);
     return isWritten;
 }

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "TransferSteps.h"
 
-#include "client/records/RepositoryFileWriter.h"
-#include "client/util/Border.h"
 #include "platform/text/Fill.h"
 
 #include <boost/make_shared.hpp>
@@ -38,11 +36,6 @@ void CollectFile(const CString& path, const FileLabel& label, RepositoryFiles& f
     file->SetCustomParameter(label.kindId.c_str());
     file->SetFileType(label.type);
     files.push_back(file);
-}
-
-bool WriteFetchedFile(const CRepositoryFile& file, const CString& folder) {
-    // A file that memory does not suffice for must not stop those after it.
-    return AtBorder(false, [&] { return WriteRepositoryFile(file, folder.c_str(), nullptr); });
 }
 
 void LogFetchedFile(const CRepositoryFile& file, bool isWritten) {

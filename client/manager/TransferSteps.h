@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The steps that the transfers of drawings (NCF) and of configuration files (FOC) share:
-// where a kind's files lie, which kinds take part, how a file is collected, labelled and
-// written, and the lines of the workspace log.
+// where a kind's files lie, which kinds take part, how a file is collected and labelled,
+// and the lines of the workspace log.
 #pragma once
 
 #include "ZEBXGisCore/ModuleConfiguration.h"
@@ -38,10 +38,6 @@ struct FileLabel {
 // Loads the file, labels it and appends it to `files`; what cannot be loaded (a folder that
 // matched a pattern, a file that is not there) is left out without a word.
 void CollectFile(const CString& path, const FileLabel& label, RepositoryFiles& files);
-
-// Writes the fetched file into the folder under its own name.  False when the file does not
-// hold exactly what was fetched.
-bool WriteFetchedFile(const CRepositoryFile& file, const CString& folder);
 
 // Says in the workspace log whether the file was written.
 void LogFetchedFile(const CRepositoryFile& file, bool isWritten);
