@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+#include "storage/Messages.h"
+#include "EnglishMessages.h"
+
+#include <gtest/gtest.h>
+
+namespace Storage {
+namespace {
+
+// Every number with how many values the code gives it.
+const std::map<MessageNumber, std::size_t> kMessages = {
+    {MessageNumber::DisplayName, 0},
+    {MessageNumber::Missing, 1},
+    {MessageNumber::IsFolder, 1},
+    {MessageNumber::OtherFile, 1},
+    {MessageNumber::EmptyFile, 1},
+    {MessageNumber::OtherDatabase, 1},
+    {MessageNumber::NewerVersion, 3},
+    {MessageNumber::MayNotOpen, 1},
+    {MessageNumber::MayNotWrite, 1},
+    {MessageNumber::Busy, 1},
+    {MessageNumber::Full, 1},
+    {MessageNumber::Damaged, 2},
+    {MessageNumber::Unreachable, 2},
+    {MessageNumber::NotCreated, 2},
+    {MessageNumber::Internal, 1},
+    {MessageNumber::ChangesLeft, 2},
+    {MessageNumber::NoServerEngine, 0},
+    {MessageNumber::UnknownEngine, 1},
+    {MessageNumber::NotAnAddress, 0},
+    {MessageNumber::RelativeAddress, 1},
+    {MessageNumber::NoDefaultFolder, 0},
+    {MessageNumber::SettingsUnreadable, 2},
+    {MessageNumber::SettingsLine, 2},
+    {MessageNumber::SettingsNotWritten, 2},
+    {MessageNumber::NoSettingsFolder, 0},
+    {MessageNumber::SettingsCut, 1},
+    {MessageNumber::NameEmpty, 2},
+    {MessageNumber::NameIsFolder, 2},
+    {MessageNumber::NameSeparator, 2},
+    {MessageNumber::NameColon, 2},
+    {MessageNumber::NameControl, 2},
+    {MessageNumber::NameReserved, 2},
+    {MessageNumber::NameTooLong, 2},
+    {MessageNumber::NameNotText, 2},
+    {MessageNumber::NameDiffersByCase, 3},
+    {MessageNumber::NameTwice, 2},
+    {MessageNumber::FileTooLarge, 3},
+    {MessageNumber::FileNotBase64, 2},
+    {MessageNumber::FileWithoutKind, 1},
+    {MessageNumber::NothingGiven, 0},
+    {MessageNumber::TextNotKept, 2},
+    {MessageNumber::NoId, 2},
+    {MessageNumber::NoSuchItem, 2},
+    {MessageNumber::ContentDamaged, 2},
+    {MessageNumber::ContentMissing, 2},
+    {MessageNumber::RecordDamaged, 2},
+};
+
+std::size_t GapsOf(const CString& text) {
+    std::size_t count = 0;
+    for (auto at = text.find(u"%s"); at != CString::npos; at = text.find(u"%s", at + 2))
+        ++count;
+    return count;
+}
+
+TEST(StorageMessages, EveryNumberHasATextWithItsGapsInBothLanguagesAndNoOther) {
+    for (const char* language : {"en", "hr"}) {
+        const auto texts = ReadMessages(language);
+        std::size_t ours = 0;
+        for (const auto& [number, text] : texts)
+            ours += number >= 20000 && number < 20200 ? 1 : 0;
+        EXPECT_EQ(ours, kMessages.size()) << language;
+        for (const auto& [number, gaps] : kMessages) {
+            ASSERT_TRUE(texts.count(int(number))) << language << " " << int(number);
+            EXPECT_EQ(GapsOf(texts.at(int(number))), gaps) << language << " " << int(number);
+        }
+    }
+}
+
+TEST(StorageMessages, ValuesFillTheGapsInTheirOrder) {
+    EnglishMessages english;
+    EXPECT_EQ(TextOf({MessageNumber::NewerVersion, {u"/r.db", u"7", u"1"}}, &english),
+              u"The repository /r.db has tables of version 7, and this program knows versions up "
+              u"to 1. Install the newer program on this workstation.");
+}
+
+TEST(StorageMessages, SeveralStandOneALine) {
+    EnglishMessages english;
+    const std::vector<Message> messages = {{MessageNumber::NoSuchItem, {u"a", u"T"}},
+                                           {MessageNumber::NoSuchItem, {u"b", u"T"}}};
+    EXPECT_EQ(TextOf(messages, &english), u"The item \"a\" is not in the repository (T).\n"
+                                          u"The item \"b\" is not in the repository (T).");
+}
+
+TEST(StorageMessages, WithoutAProviderTheNumberAndTheValuesAreTold) {
+    EXPECT_EQ(TextOf({MessageNumber::Missing, {u"/r.db"}}, nullptr), u"20010 /r.db");
+}
+
+} // namespace
+} // namespace Storage
