@@ -6,6 +6,7 @@
 #include "platform/text/CaseFold.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace Platform {
 namespace {
@@ -34,13 +35,6 @@ bool Matches(CStringView name, CStringView pattern) {
     return pattern.find_first_not_of(u'*', p) == CStringView::npos;
 }
 
-struct Found {
-    CString folded;
-    CString name;
-
-    auto operator<=>(const Found&) const = default;
-};
-
 } // namespace
 
 std::vector<CString> FindFiles(CStringView pattern) {
@@ -53,18 +47,18 @@ std::vector<CString> FindFiles(CStringView pattern) {
     natives.insert(natives.end(), {".", ".."});
 
     const CString foldedPattern = FoldCase(pattern.substr(nameStart));
-    std::vector<Found> found;
+    std::vector<std::pair<CString, CString>> found; // in their order: folded name, name
     for (const std::string& native : natives) {
         CString name = PathFromNative(native);
         CString folded = FoldCase(name);
         if (Matches(folded, foldedPattern))
-            found.push_back({std::move(folded), std::move(name)});
+            found.emplace_back(std::move(folded), std::move(name));
     }
     std::sort(found.begin(), found.end());
 
     std::vector<CString> names;
-    for (Found& file : found)
-        names.push_back(std::move(file.name));
+    for (auto& [folded, name] : found)
+        names.push_back(std::move(name));
     return names;
 }
 
