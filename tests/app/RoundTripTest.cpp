@@ -3,6 +3,7 @@
 #include "Content.h"
 
 #include <gmock/gmock.h>
+#include <sqlite3.h>
 
 using namespace AppTest;
 using testing::HasSubstr;
@@ -233,6 +234,40 @@ TEST_F(RoundTrip, AKindThatIsSwitchedOffTakesNoPart) {
     EXPECT_EQ(alone.status, 3) << alone;
     EXPECT_THAT(alone.err, HasSubstr("foc:008_GPE is switched off"));
     EXPECT_THAT(alone.err, HasSubstr(ana.Ini().string()));
+}
+
+TEST_F(RoundTrip, ANameThatOthersCouldNotHoldIsRefusedByNameAndTheOtherKindsAreSent) {
+    Prepare();
+    GenerateContent(ana.Support());
+    Write(ana.Support() / "nodes/half past 10:30.dwg", "late");
+    const Ended push = ana.Zebx({"push"});
+    EXPECT_EQ(push.status, 8) << push;
+    EXPECT_THAT(push.err, HasSubstr("half past 10:30.dwg"));
+    EXPECT_THAT(push.err, HasSubstr("Failure: Could not be sent to the repository - Nodes"));
+    EXPECT_THAT(LineOf(push.out, "gs"), MatchesRegex("gs 1 1 [0-9]+ 0"));
+    EXPECT_THAT(ana.Zebx({"ls", "ncf:002_NODE"}).out, HasSubstr("In all: 0 stored, 0 bytes."));
+}
+
+TEST_F(RoundTrip, DamagedContentIsToldAndNeverServed) {
+    Prepare();
+    GenerateContent(ana.Support());
+    ASSERT_EQ(ana.Zebx({"push"}).status, 0);
+    sqlite3* database = nullptr;
+    ASSERT_EQ(sqlite3_open((ana.Folder() / "shared/network.db").c_str(), &database), SQLITE_OK);
+    // The five million bytes of one drawing.
+    EXPECT_EQ(sqlite3_exec(database,
+                           "UPDATE content SET bytes = zeroblob(size_bytes) "
+                           "WHERE size_bytes = 5000000",
+                           nullptr, nullptr, nullptr),
+              SQLITE_OK);
+    EXPECT_EQ(sqlite3_changes(database), 1);
+    sqlite3_close(database);
+    const Ended pull = ivan.Zebx({"pull"});
+    EXPECT_EQ(pull.status, 7) << pull;
+    EXPECT_THAT(pull.err, HasSubstr("large.dwg"));
+    auto sent = Tree(ana.Support());
+    sent.erase("nodes/large.dwg");
+    EXPECT_TRUE(Tree(ivan.Support()) == sent);
 }
 
 TEST_F(RoundTrip, CroatianUsersReadCroatian) {

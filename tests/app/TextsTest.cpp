@@ -3,7 +3,7 @@
 #include "Station.h"
 
 #include <gmock/gmock.h>
-#include <regex>
+#include <map>
 #include <set>
 #include <sstream>
 
@@ -11,16 +11,23 @@ using AppTest::Bytes;
 
 namespace {
 
+// The program's number at the start of `text`; 0 when there is none.
+int NumberAt(std::string_view text) {
+    const bool found = text.size() >= 5 && text.substr(0, 2) == "21" &&
+                       text.substr(0, 5).find_first_not_of("0123456789") == text.npos;
+    return found ? std::stoi(std::string(text.substr(0, 5))) : 0;
+}
+
 // Numbers 21000 to 21999 of one language's table.
 std::map<int, std::string> ProgramTexts(const std::string& language) {
     std::map<int, std::string> texts;
     std::istringstream table(Bytes(AppTest::fs::path(ZEBX_SOURCE_DIR) / "messages" / language));
-    const std::regex pattern("(21\\d\\d\\d) = (.*)");
-    std::smatch match;
     for (std::string line; std::getline(table, line);) {
-        if (std::regex_match(line, match, pattern)) {
-            EXPECT_TRUE(texts.emplace(std::stoi(match[1]), match[2]).second) << "twice: " << line;
-        }
+        const int number = NumberAt(line);
+        if (number == 0)
+            continue;
+        EXPECT_EQ(line.substr(5, 3), " = ") << line;
+        EXPECT_TRUE(texts.emplace(number, line.substr(8)).second) << "twice: " << line;
     }
     return texts;
 }
@@ -28,11 +35,13 @@ std::map<int, std::string> ProgramTexts(const std::string& language) {
 // The numbers that Texts.h names.
 std::set<int> NamedNumbers() {
     std::set<int> numbers;
-    const std::string header = Bytes(AppTest::fs::path(ZEBX_SOURCE_DIR) / "app/Texts.h");
-    const std::regex pattern("\\w+ = (21\\d\\d\\d)");
-    for (std::sregex_iterator match(header.begin(), header.end(), pattern), end; match != end;
-         ++match)
-        EXPECT_TRUE(numbers.insert(std::stoi((*match)[1])).second) << "twice: " << match->str();
+    std::istringstream header(Bytes(AppTest::fs::path(ZEBX_SOURCE_DIR) / "app/Texts.h"));
+    for (std::string line; std::getline(header, line);) {
+        const auto equals = line.find(" = 21");
+        if (equals != std::string::npos) {
+            EXPECT_TRUE(numbers.insert(NumberAt(line.substr(equals + 3))).second) << line;
+        }
+    }
     return numbers;
 }
 
