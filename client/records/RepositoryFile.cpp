@@ -35,7 +35,10 @@ std::string ContentOf(std::string_view token) {
 
 template<class View>
 void ReadFields(CRepositoryFile& file, View record) {
-    const std::vector<View> tokens = SplitFields(record, '#');
+    std::vector<View> tokens = SplitFields(record, '#');
+    // Behind the last "#" begins no field: "A#M#" has two and leaves the others alone.
+    if (tokens.size() > 1 && tokens.back().empty())
+        tokens.pop_back();
     const std::size_t count = tokens.size();
     file.SetFileId(WideOf(tokens[0]).c_str()); // there is one token at least
     if (count > 1)
