@@ -3,6 +3,7 @@
 
 #include "platform/os/File.h"
 #include "platform/text/Utf8.h"
+#include "support/DocumentExample.h"
 #include "support/Workstation.h"
 
 #include <gtest/gtest.h>
@@ -73,6 +74,18 @@ TEST_P(MessageTable, HasTheSameNumbersAndGapsInBothLanguages) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Languages, MessageTable, testing::Values("en", "hr"));
+
+TEST(MessageTableFile, TheDocumentsExampleIsReadAsItSays) {
+    Workstation station;
+    station.Set("ZEBX_INSTALL", station.Folder().Native().string());
+    const CString folder = station.Folder().Path() + u"messages\\";
+    Platform::CreateFolderChain(folder);
+    Platform::WriteFile(folder + u"en", DocumentExample("message-table"));
+    const auto* configuration = CModuleConfiguration::Instance();
+    EXPECT_EQ(configuration->GetMsg(10314), u"Nodes");
+    EXPECT_EQ(configuration->GetMsg(20003), u"There is no repository at %s.");
+    EXPECT_EQ(configuration->GetMsg(12345), u"message 12345");
+}
 
 TEST(MessageTableFile, LinesThatAreNoMessagesArePassedOver) {
     Workstation station;

@@ -3,6 +3,7 @@
 
 #include "platform/os/File.h"
 #include "platform/os/Path.h"
+#include "support/DocumentExample.h"
 #include "support/TemporaryFolder.h"
 
 #include <boost/make_shared.hpp>
@@ -113,6 +114,20 @@ TEST(WsLogFile, EachMessageIsOneLineOfTimeWordAndText) {
     log.Write({u"T4", 3, u"other", 0, u"", nullptr, 0});
     EXPECT_THAT(LinesOf(path), ElementsAre("T1\tsuccess\tčvor.dwg", "T2\twarning\ttwo  lines",
                                            "T3\tfailure\t", "T4\t3\tother"));
+}
+
+TEST(WsLogFile, TheDocumentsExampleIsWrittenSo) {
+    TemporaryFolder folder;
+    const CString path = folder.Path() + u"workspace.log";
+    CWsLogFile log(path);
+    log.Write({u"2026-11-21T08:05:19Z", 1, u"čvor 1.dwg", 0, u"", nullptr, 0});
+    log.Write({u"2026-11-21T08:05:20Z", 2, u"No file matches the pattern (\\label\\*.dwg)", 0, u"",
+               nullptr, 0});
+    log.Write({u"2026-11-21T08:05:21Z", 4, u"Could not be sent to the repository - Labels", 0, u"",
+               nullptr, 0});
+    std::string bytes;
+    EXPECT_FALSE(Platform::ReadFile(path, bytes));
+    EXPECT_EQ(bytes, DocumentExample("workspace-log") + "\n");
 }
 
 TEST(WsLogFile, AFileThatCannotBeWrittenIsGivenUpSilently) {

@@ -2,6 +2,7 @@
 #include "storage/StorageSettings.h"
 #include "TestFiles.h"
 #include "platform/os/File.h"
+#include "support/DocumentExample.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -46,6 +47,16 @@ TEST_F(StorageSettingsTest, WithoutAFileTheAddressIsEmptyAndNothingIsWritten) {
     EXPECT_EQ(settings.Address(), u"");
     settings.Save();
     EXPECT_FALSE(Platform::PathExists(folder));
+}
+
+TEST_F(StorageSettingsTest, TheDocumentsExampleIsWrittenAndReadSo) {
+    const std::string example = DocumentExample("storage-settings") + "\n";
+    settings.SetAddress(u"sqlite:/srv/zeb/repository.db");
+    settings.Save();
+    EXPECT_EQ(Read(), example);
+    Write(example);
+    settings.Load();
+    EXPECT_EQ(settings.Address(), u"sqlite:/srv/zeb/repository.db");
 }
 
 TEST_F(StorageSettingsTest, TheAddressIsKeptAndReadBack) {

@@ -1,39 +1,15 @@
 // SPDX-License-Identifier: MIT
-// The worked examples of docs/formats*.md, so that a document which is wrong fails a test.
+// The worked examples of docs/formats.md, so that a document which is wrong fails a test.
 #pragma once
 
-#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
 #include <string>
 
-// What stands in the first fenced block below the heading "## `title`", each line with its
-// line feed.
-inline std::string DocumentExample(const std::string& title) {
-    const std::string heading = "\n## " + title + "\n";
-    constexpr std::string_view kFence = "\n```";
-    for (const auto& file : std::filesystem::directory_iterator(ZEBX_SOURCE_DIR "/docs")) {
-        if (!file.path().filename().string().starts_with("formats"))
-            continue;
-        std::ostringstream content;
-        content << '\n' << std::ifstream(file.path()).rdbuf();
-        const std::string text = content.str();
-        const std::size_t section = text.find(heading);
-        if (section == std::string::npos)
-            continue;
-        const std::size_t fence = text.find(kFence, section);
-        const std::size_t start = text.find('\n', fence + 1) + 1;
-        const std::size_t end = text.find(kFence, start);
-        if (fence != std::string::npos && end != std::string::npos)
-            return text.substr(start, end + 1 - start);
-    }
-    throw std::runtime_error("no example below \"" + title + "\"");
-}
-
 // What stands in the fenced block of docs/formats.md below the line "<!-- example: `name` -->",
-// without the line feed at its end: for sections with several examples.
-inline std::string MarkedExample(const std::string& name) {
+// without the line feed at its end.
+inline std::string DocumentExample(const std::string& name) {
     std::ostringstream content;
     content << std::ifstream(ZEBX_SOURCE_DIR "/docs/formats.md").rdbuf();
     const std::string text = content.str();

@@ -234,9 +234,9 @@ TEST(NetCatalogueItem, TheDocumentsExamplesAreWhatIsWrittenAndRead) {
     file.SetFileContent("TWFu");
     item.GetFiles()->push_back(boost::make_shared<CRepositoryFile>(file));
 
-    const std::string example = MarkedExample("nci");
+    const std::string example = DocumentExample("nci");
     EXPECT_EQ(Platform::ToUtf8(StreamForm(item)), example);
-    const std::string doubled = MarkedExample("nci-doubled");
+    const std::string doubled = DocumentExample("nci-doubled");
     EXPECT_EQ(Platform::ToUtf8(item.Serialize()), doubled);
     for (const std::string& text : {example, doubled}) {
         CNetCatalogueItem read = Deserialized(Platform::FromUtf8(text));

@@ -204,7 +204,7 @@ TEST(NetRepositoryItem, TheDocumentsExampleIsWhatIsWrittenAndRead) {
     file.SetFileContent("TWFu");
     item.GetFiles()->push_back(boost::make_shared<CRepositoryFile>(file));
 
-    const std::string example = MarkedExample("net-repository-item");
+    const std::string example = DocumentExample("net-repository-item");
     EXPECT_EQ(Platform::ToUtf8(item.Serialize()), example);
     CNetRepositoryItem read = Deserialized(Platform::FromUtf8(example));
     ExpectEqual(read, item);

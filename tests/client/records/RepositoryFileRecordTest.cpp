@@ -201,7 +201,7 @@ TEST(RepositoryFileRecord, TheDocumentsExampleIsWhatIsWrittenAndRead) {
     file.SetCustomParameter(u"Šifra #1");
     file.SetFileContent("TWFu");
     file.SetFileType(FileTypeNCF);
-    const std::string example = MarkedExample("repository-file");
+    const std::string example = DocumentExample("repository-file");
     EXPECT_EQ(Platform::ToUtf8(RecordOf(file)), example);
     ExpectEqual(Deserialized(Platform::FromUtf8(example)), file);
     ExpectEqual(DeserializedNarrow(Platform::ToAnsi(Platform::FromUtf8(example))), file);

@@ -81,7 +81,7 @@ TEST(AnsiText, AWideCharacterOutsideTheAlphabetEndsTheBase64) {
 }
 
 TEST(AnsiText, TheDocumentsTableOfOddBytesIsWhatTheCodePageDoes) {
-    std::istringstream lines(MarkedExample("code-page"));
+    std::istringstream lines(DocumentExample("code-page"));
     int count = 0;
     for (std::string hex, code, text; lines >> hex >> code >> text; ++count) {
         const char byte = static_cast<char>(std::stoi(hex, nullptr, 16));

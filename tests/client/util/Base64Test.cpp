@@ -193,7 +193,7 @@ TEST(Base64, MegabytesSurvive) {
 }
 
 TEST(Base64, TheDocumentsExampleIsWhatTheCodecDoes) {
-    const auto vectors = VectorsOf(MarkedExample("base64"));
+    const auto vectors = VectorsOf(DocumentExample("base64"));
     ASSERT_GE(vectors.size(), 4u);
     for (const auto& [bytes, text] : vectors) {
         EXPECT_EQ(Encoded(bytes), text);

@@ -127,7 +127,7 @@ TEST_F(Settings, TheFileSaysOtherwiseThanTheDefaults) {
 }
 
 TEST_F(Settings, TheDocumentsExampleIsReadAsItSays) {
-    m_workstation.WriteSettings(DocumentExample("Settings file zebx.ini"));
+    m_workstation.WriteSettings(DocumentExample("zebx-ini"));
     EXPECT_EQ(Get(Setting::Install), InFile(u"\\opt\\zebx\\lib\\zebx\\"));
     EXPECT_EQ(Get(Setting::Support),
               InFile(m_workstation.Config() + u"..\\..\\Network\\support\\"));

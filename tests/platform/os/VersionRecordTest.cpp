@@ -114,7 +114,7 @@ TEST_F(VersionRecords, TheFourPartsStandInLittleEndianOrder) {
 }
 
 TEST_F(VersionRecords, TheDocumentsExampleIsReadAsItSays) {
-    const std::string example = BytesOfHex(DocumentExample("Version record"));
+    const std::string example = BytesOfHex(DocumentExample("version-record"));
     ASSERT_EQ(example.size(), sizeof(SmallModule::record));
     EXPECT_EQ(VersionAfter([&](SmallModule& module) {
                   std::memcpy(module.record, example.data(), example.size());
