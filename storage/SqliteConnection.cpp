@@ -68,6 +68,10 @@ public:
         if (code != SQLITE_OK)
             ThrowSqliteError(m_database, code, m_path);
     }
+    void CheckMemory() {
+        if (sqlite3_errcode(m_database) == SQLITE_NOMEM)
+            ThrowSqliteError(m_database, SQLITE_NOMEM, m_path);
+    }
     // Whether there is a row.
     bool Step(sqlite3_stmt* statement);
     void End(sqlite3_stmt* statement);
@@ -106,8 +110,13 @@ public:
 
 private:
     std::string_view View(const void* data, int column) {
+        if (!data) {
+            // Nothing, or no memory for something.
+            m_connection.CheckMemory();
+            return {};
+        }
         const auto size = static_cast<std::size_t>(sqlite3_column_bytes(m_statement, column));
-        return data ? std::string_view(static_cast<const char*>(data), size) : std::string_view();
+        return {static_cast<const char*>(data), size};
     }
 
     SqliteConnection& m_connection;
