@@ -12,7 +12,7 @@ void XmlDocument::SetText(const char16_t* text) {
     m_text = Platform::TextOf(text);
     if (m_text.size() > std::numeric_limits<std::uint32_t>::max())
         m_text.clear();
-    m_parent = m_current = 0;
+    m_current = 0;
     m_elements.Reset(m_text.size() / 64 + 8);
     m_resultText = XmlParser(m_text, m_elements, IgnoresCase()).Parse();
     if (!m_resultText.empty())
@@ -29,14 +29,13 @@ void XmlDocument::SetText(const char16_t* text) {
 int XmlDocument::FindElement(const char16_t* name) {
     const CStringView asked = Platform::TextOf(name);
     std::uint32_t candidate =
-        m_current != 0 ? m_elements[m_current].nextSibling : m_elements[m_parent].firstChild;
+        m_current != 0 ? m_elements[m_current].nextSibling : m_elements[0].firstChild;
     for (; candidate != 0; candidate = m_elements[candidate].nextSibling) {
         const XmlElement& element = m_elements[candidate];
         if (!asked.empty() && !XmlNameMatches(XmlNameAt(m_text, element.offset + std::size_t{1}),
                                               asked, IgnoresCase()))
             continue;
         m_current = candidate;
-        m_parent = element.parent;
         return 1;
     }
     return 0;

@@ -47,8 +47,7 @@ private:
 
     CString m_text;
     CString m_resultText;
-    std::uint32_t m_parent = 0;
-    std::uint32_t m_current = 0;
+    std::uint32_t m_current = 0; // the cursor; 0: before the first element
     std::uint32_t m_options = 0;
     XmlElementTable m_elements;
 };

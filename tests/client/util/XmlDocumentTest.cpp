@@ -182,6 +182,7 @@ TEST(XmlDocument, AQuoteInsideAnUnquotedTokenIsACharacterLikeOthers) {
 TEST(XmlDocument, AnEmptyTokenCountsAsOneCharacter) {
     EXPECT_EQ(ValueOf(u"<nci =x catId='1'>", u"catId"), u"1");
     EXPECT_EQ(ValueOf(u"<nci ='x' catId='1'>", u"catId"), u"1");
+    EXPECT_EQ(ValueOf(u"<nci = catId='1'>", u"catId"), u"1"); // a name, not a value's "="
 }
 
 TEST(XmlDocument, NamesMayHoldLettersBeyondAscii) {

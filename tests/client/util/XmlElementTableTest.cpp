@@ -77,6 +77,19 @@ TEST(XmlElements, PositionsAndLinksDescribeTheText) {
     EXPECT_EQ(elements[3].nextSibling, 0u);
 }
 
+TEST(XmlElements, AFirstChildHasNoSiblingBeforeItEvenIfItsParentHas) {
+    XmlDocument document;
+    document.SetText(u"<r><a/><b><c/><d/></b></r>");
+    const XmlElementTable& elements = document.GetElements();
+    ASSERT_EQ(elements.Size(), 6u);
+    EXPECT_EQ(elements[2].nextSibling, 3u);
+    EXPECT_EQ(elements[3].firstChild, 4u);
+    EXPECT_EQ(elements[4].parent, 3u);
+    EXPECT_EQ(elements[4].previousSibling, 0u);
+    EXPECT_EQ(elements[4].nextSibling, 5u);
+    EXPECT_EQ(elements[5].previousSibling, 4u);
+}
+
 TEST(XmlElements, AnElementThatWasNotEndedIsMarkedAndEndsWhereItWasClosed) {
     XmlDocument document;
     document.SetText(u"<a><b></a><c>");
@@ -88,6 +101,18 @@ TEST(XmlElements, AnElementThatWasNotEndedIsMarkedAndEndsWhereItWasClosed) {
     EXPECT_EQ(elements[3].flags, XmlElement::kNotEnded);
     EXPECT_EQ(elements[3].length, 3u);
     EXPECT_EQ(elements[3].previousSibling, 1u);
+}
+
+TEST(XmlElements, AnOuterEndTagClosesEveryElementInside) {
+    XmlDocument document;
+    document.SetText(u"<r><a><b><c></a><d/></r>");
+    const XmlElementTable& elements = document.GetElements();
+    ASSERT_EQ(elements.Size(), 6u);
+    EXPECT_EQ(elements[3].flags, XmlElement::kNotEnded);
+    EXPECT_EQ(elements[4].flags, XmlElement::kNotEnded);
+    EXPECT_EQ(elements[5].parent, 1u);
+    EXPECT_EQ(elements[5].previousSibling, 2u);
+    EXPECT_EQ(elements[2].nextSibling, 5u);
 }
 
 TEST(XmlElements, TagLengthsSaturate) {
