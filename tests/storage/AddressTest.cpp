@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "storage/Address.h"
-#include "OtherUser.h"
 #include "TestFiles.h"
+#include "support/InAChildProcess.h"
 #include "support/Workstation.h"
 
 #include <gtest/gtest.h>
@@ -79,8 +79,11 @@ TEST(Address, AUserWithoutAHomeHasNoDefault) {
     Workstation workstation;
     workstation.Set("XDG_DATA_HOME", std::nullopt);
     workstation.Set("HOME", std::nullopt);
-    const auto work = [] { return static_cast<int>(ProblemOf([] { DefaultAddress(); })); };
-    EXPECT_EQ(AsOrdinaryUser(work, kUnknownUser), static_cast<int>(Problem::Configuration));
+    EXPECT_TRUE(PassesInAChildProcess([] {
+        constexpr uid_t kUnknownUser = 54321;
+        ASSERT_EQ(setuid(kUnknownUser), 0);
+        EXPECT_EQ(ProblemOf([] { DefaultAddress(); }), Problem::Configuration);
+    }));
 }
 
 } // namespace

@@ -2,13 +2,14 @@
 // The backend as the manager uses it, with what the user reads in the workspace log.
 #include "storage/SqlBackend.h"
 #include "EnglishMessages.h"
-#include "OtherUser.h"
 #include "TestFiles.h"
 #include "WorkspaceLog.h"
 #include "platform/os/Environment.h"
 #include "platform/os/File.h"
 #include "storage/Administration.h"
 #include "storage/SqliteConnection.h"
+#include "support/InAChildProcess.h"
+#include "support/OrdinaryUser.h"
 #include "support/Workstation.h"
 
 #include <gmock/gmock.h>
@@ -326,14 +327,13 @@ TEST_F(SqlBackendTest, TheOwnerMayWriteAndAUserWithoutRightsMayNot) {
     fs::permissions(workstation.Folder().Native(), fs::perms(0555));
     for (const char* suffix : {"", "-wal", "-shm"})
         fs::permissions(native.string() + suffix, fs::perms(0444));
-    EXPECT_EQ(AsOrdinaryUser([&] {
-                  const bool reads = backend.IsRepositoryAccessible() == 1;
-                  const bool writes = backend.AmIAdmin() != 0;
-                  const bool sent = backend.AddRepositoryFiles({MakeFile(u"a", "1")}) != 0;
-                  const bool told = administration.TakeLastProblem() == Problem::NotAllowed;
-                  return reads && !writes && !sent && told ? 0 : 1;
-              }),
-              0);
+    EXPECT_TRUE(PassesInAChildProcess([&] {
+        BecomeOrdinaryUser();
+        EXPECT_EQ(backend.IsRepositoryAccessible(), 1);
+        EXPECT_EQ(backend.AmIAdmin(), 0);
+        EXPECT_EQ(backend.AddRepositoryFiles({MakeFile(u"a", "1")}), 0);
+        EXPECT_EQ(administration.TakeLastProblem(), Problem::NotAllowed);
+    }));
     fs::permissions(workstation.Folder().Native(), fs::perms(0755));
 }
 

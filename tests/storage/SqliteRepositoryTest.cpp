@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The embedded repository as a file: how it is made, and what is said of files that are
 // none.
-#include "OtherUser.h"
 #include "RawDatabase.h"
 #include "TestFiles.h"
 #include "platform/os/File.h"
@@ -11,6 +10,8 @@
 #include "storage/Schema.h"
 #include "storage/SqliteConnection.h"
 #include "storage/Store.h"
+#include "support/InAChildProcess.h"
+#include "support/OrdinaryUser.h"
 #include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
@@ -329,24 +330,24 @@ protected:
         fs::permissions(folder.Native(), fs::perms(folderMode));
     }
     void TearDown() override { fs::permissions(folder.Native(), fs::perms(0755)); }
-    int ProblemThere(const std::function<void()>& work) {
-        return AsOrdinaryUser([&] { return int(ProblemOf(work)); });
+    static void OrdinaryUserIsNotAllowedTo(const std::function<void()>& work) {
+        EXPECT_TRUE(PassesInAChildProcess([&] {
+            BecomeOrdinaryUser();
+            EXPECT_EQ(ProblemOf(work), Problem::NotAllowed);
+        }));
     }
 };
 
 TEST_F(SqliteRights, AUserWhoMayOnlyReadReadsAndMayNotWrite) {
     SetModes(0444, 0444, 0555);
-    EXPECT_EQ(AsOrdinaryUser([&] {
-                  const auto store = OpenStore();
-                  const bool reads =
-                      BytesOf(store->File(store->FileIds(4, u"001_LABEL").at(0))) == "1";
-                  return reads && !store->Connection().MayWrite() ? 0 : 1;
-              }),
-              0);
-    EXPECT_EQ(ProblemThere([&] { OpenStore()->AddFiles({MakeFile(u"b.dwg", "2")}); }),
-              int(Problem::NotAllowed));
-    EXPECT_EQ(ProblemThere([&] { OpenStore()->RegisterContent(4, u"K", 1); }),
-              int(Problem::NotAllowed));
+    EXPECT_TRUE(PassesInAChildProcess([&] {
+        BecomeOrdinaryUser();
+        const auto store = OpenStore();
+        EXPECT_EQ(BytesOf(store->File(store->FileIds(4, u"001_LABEL").at(0))), "1");
+        EXPECT_FALSE(store->Connection().MayWrite());
+    }));
+    OrdinaryUserIsNotAllowedTo([&] { OpenStore()->AddFiles({MakeFile(u"b.dwg", "2")}); });
+    OrdinaryUserIsNotAllowedTo([&] { OpenStore()->RegisterContent(4, u"K", 1); });
 }
 
 TEST_F(SqliteRights, AReaderSeesWhatAWriterWhoIsAtWorkHasCommitted) {
@@ -368,7 +369,10 @@ TEST_F(SqliteRights, AReaderSeesWhatAWriterWhoIsAtWorkHasCommitted) {
     char byte = 0;
     EXPECT_EQ(read(ready[0], &byte, 1), 1);
     SetModes(0444, 0444, 0555);
-    EXPECT_EQ(AsOrdinaryUser([&] { return int(OpenStore()->FileIds(4, u"001_LABEL").size()); }), 2);
+    EXPECT_TRUE(PassesInAChildProcess([&] {
+        BecomeOrdinaryUser();
+        EXPECT_EQ(OpenStore()->FileIds(4, u"001_LABEL").size(), 2u);
+    }));
     close(finish[1]);
     int status = 0;
     EXPECT_EQ(waitpid(writer, &status, 0), writer);
@@ -379,21 +383,20 @@ TEST_F(SqliteRights, AReaderSeesWhatAWriterWhoIsAtWorkHasCommitted) {
 
 TEST_F(SqliteRights, WithoutTheRightToReadTheFileItSaysSo) {
     SetModes(0000, 0444, 0755);
-    EXPECT_EQ(ProblemThere([&] { Open(); }), int(Problem::NotAllowed));
+    OrdinaryUserIsNotAllowedTo([&] { Open(); });
     SetModes(0444, 0000, 0555);
-    EXPECT_EQ(ProblemThere([&] { Open(); }), int(Problem::NotAllowed));
+    OrdinaryUserIsNotAllowedTo([&] { Open(); });
 }
 
 TEST_F(SqliteRights, WithoutTheRightToEnterTheFolderItIsNotCalledMissing) {
     SetModes(0444, 0444, 0000);
-    EXPECT_EQ(ProblemThere([&] { Open(); }), int(Problem::NotAllowed));
+    OrdinaryUserIsNotAllowedTo([&] { Open(); });
 }
 
 TEST_F(SqliteRights, AFolderWithoutRightsTakesNoNewRepository) {
     SetModes(0644, 0644, 0555);
     for (const CString path : {u"new.db", u"new\\folder\\new.db"})
-        EXPECT_EQ(ProblemThere([&] { CreateRepository({folder.Path() + path}); }),
-                  int(Problem::NotAllowed));
+        OrdinaryUserIsNotAllowedTo([&] { CreateRepository({folder.Path() + path}); });
 }
 
 } // namespace

@@ -1,32 +1,27 @@
 // SPDX-License-Identifier: MIT
-// What a test's calls write to the workspace log.
+// The workspace log piece by piece, as a test's calls write it.
 #pragma once
 
-#include "ZEBXWorkspaceCore/WsManager.h"
-
-#include <boost/make_shared.hpp>
+#include "support/WorkspaceLines.h"
 
 namespace Storage {
 
 class WorkspaceLog {
 public:
-    WorkspaceLog() { ZEBGis::Workspace::CWsManager::Instance()->AddSink(m_sink); }
-    ~WorkspaceLog() { ZEBGis::Workspace::CWsManager::Instance()->RemoveSink(m_sink); }
-    WorkspaceLog(const WorkspaceLog&) = delete;
-    WorkspaceLog& operator=(const WorkspaceLog&) = delete;
-
-    // The failures (kind 4) since the last call; any other kind is marked by its number.
-    std::vector<CString> Take() { return std::exchange(m_sink->lines, {}); }
+    // The failures (kind 4) since the last call; any other kind is marked as such.
+    std::vector<CString> Take() {
+        std::vector<CString> texts;
+        for (const auto& [type, text] : m_lines.Lines())
+            texts.push_back(type == ZEBGis::Workspace::MessageFailure ? text
+                                                                      : u"no failure: " + text);
+        texts.erase(texts.begin(), texts.begin() + m_taken);
+        m_taken += static_cast<std::ptrdiff_t>(texts.size());
+        return texts;
+    }
 
 private:
-    struct Sink : ZEBGis::Workspace::IWsSink {
-        void Write(const ZEBGis::Workspace::CWsMessage& message) override {
-            const bool failure = message.type == ZEBGis::Workspace::MessageFailure;
-            lines.push_back(failure ? message.text : u"not a failure: " + message.text);
-        }
-        std::vector<CString> lines;
-    };
-    boost::shared_ptr<Sink> m_sink = boost::make_shared<Sink>();
+    WorkspaceLines m_lines;
+    std::ptrdiff_t m_taken = 0;
 };
 
 } // namespace Storage
