@@ -121,6 +121,7 @@ TEST_F(FileSearch, AFolderThatMayNotBeReadGivesNoNames) {
         BecomeOrdinaryUser();
         EXPECT_THAT(Find(u"*"), IsEmpty());
     }));
+    fs::permissions(m_folder.Native(), fs::perms(0755));
 }
 
 TEST_F(FileSearch, WithoutAFolderTheCurrentOneIsMeant) {

@@ -155,6 +155,19 @@ TEST_F(LookingUp, AFolderThatMayNotBeListedStillGivesItsExactNames) {
         EXPECT_EQ(Found(u"config\\a.cfg"), "Config/a.cfg");
         EXPECT_EQ(Found(u"config\\A.cfg"), "Config/A.cfg");
     }));
+    fs::permissions(m_folder.Native() / "Config", fs::perms(0755));
+}
+
+TEST_F(LookingUp, ANameThatMayNotBeLookedAtIsTakenAsWritten) {
+    Touch("Config/a.cfg");
+    Touch("Config/A.cfg");
+    fs::permissions(m_folder.Native(), fs::perms(0755));
+    fs::permissions(m_folder.Native() / "Config", fs::perms(0444));
+    EXPECT_TRUE(PassesInAChildProcess([&] {
+        BecomeOrdinaryUser();
+        EXPECT_EQ(Found(u"Config\\a.cfg"), "Config/a.cfg");
+    }));
+    fs::permissions(m_folder.Native() / "Config", fs::perms(0755));
 }
 
 TEST(LookingUpNothing, TheEmptyPathAndTheRootStay) {
