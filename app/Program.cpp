@@ -47,11 +47,19 @@ ExitStatus RunVerb(const Invocation& invocation, std::ostream& out, std::ostream
     ShowSettingsProblems(err, colour);
     const auto counter = boost::make_shared<CountingSink>();
     const SinkGuard counting(counter);
-    const SinkGuard showing(boost::make_shared<TerminalSink>(err, colour));
+    const auto terminal = boost::make_shared<TerminalSink>(err, colour);
+    const SinkGuard showing(terminal);
     const SinkGuard keeping(boost::make_shared<CWsLogFile>(
         UserSettings::Instance()->Get(Platform::Setting::WorkspaceLog).value));
     Session session{out, err, *counter};
-    return invocation.verb->run(session, invocation);
+    try {
+        return invocation.verb->run(session, invocation);
+    } catch (const AppError& error) {
+        // The plug-in may have logged what stops the verb already: once is enough.
+        if (terminal->HasShown(error.Text()))
+            return error.Status();
+        throw;
+    }
 }
 
 ExitStatus Run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {

@@ -32,6 +32,8 @@ void ShowMessage(std::ostream& stream, bool colour, std::int32_t type, CStringVi
 // A sink must not throw; a line that cannot be shown for want of memory is lost.
 void TerminalSink::Write(const CWsMessage& message) try {
     ShowMessage(m_stream, m_colour, message.type, message.text);
+    if (message.type == MessageFailure)
+        m_failures.insert(message.text);
 } catch (...) {
 }
 

@@ -5,6 +5,7 @@
 #include "ZEBXWorkspaceCore/WsManager.h"
 
 #include <iosfwd>
+#include <set>
 
 namespace App {
 
@@ -14,9 +15,13 @@ public:
     TerminalSink(std::ostream& stream, bool colour) : m_stream(stream), m_colour(colour) {}
     void Write(const ZEBGis::Workspace::CWsMessage& message) override;
 
+    // Whether a failure of exactly this text was shown.
+    bool HasShown(const CString& failure) const { return m_failures.contains(failure); }
+
 private:
     std::ostream& m_stream;
     bool m_colour;
+    std::set<CString> m_failures;
 };
 
 class CountingSink : public ZEBGis::Workspace::IWsSink {

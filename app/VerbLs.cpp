@@ -11,8 +11,8 @@
 namespace App {
 namespace {
 
-CString OrDash(CString text) {
-    return text.empty() ? u"-" : text;
+CString OrDash(const CString& text) {
+    return text.empty() ? CString(u"-") : text;
 }
 
 // "2026-11-21T08:05:19Z" to the minute, so that a line stays short.

@@ -96,6 +96,18 @@ TEST_P(MissingThings, ARepositoryOfANewerVersionIsRefused) {
     EXPECT_THAT(run.err, AllOf(HasSubstr(station.Repository().string()), HasSubstr("newer")));
 }
 
+TEST_P(MissingThings, StorageSettingsThatAreNotUnderstoodAreToldOnceWithFileAndLine) {
+    const fs::path settings = station.Ini().parent_path() / "RepositoryStorageSettings" /
+                              "ZEBXRepositoryClientPlugin_Sql.ini";
+    Write(settings, "what is this?\n");
+    const Ended run = station.Zebx({GetParam()});
+    EXPECT_EQ(run.status, 3) << run;
+    const std::string told = settings.string() + " are not understood in line 1";
+    EXPECT_THAT(run.err, HasSubstr(told));
+    EXPECT_EQ(run.err.find(told), run.err.rfind(told)) << "told twice: " << run;
+    EXPECT_EQ(Bytes(settings), "what is this?\n");
+}
+
 INSTANTIATE_TEST_SUITE_P(EachVerb, MissingThings, testing::ValuesIn(kVerbs),
                          [](const auto& test) { return test.param; });
 

@@ -7,8 +7,6 @@
 
 using namespace AppTest;
 using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::IsSupersetOf;
 using testing::MatchesRegex;
 
 namespace {

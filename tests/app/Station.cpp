@@ -89,7 +89,7 @@ Station::Start Station::StartOf(const fs::path& program,
                                 const std::vector<std::string>& arguments) const {
     Start start{program, arguments, {}, Folder() / "out", Folder() / "err"};
     for (const auto& [variable, value] : m_variables)
-        start.environment.push_back(variable + "=" + value);
+        start.environment.emplace_back(variable).append("=").append(value);
     return start;
 }
 
