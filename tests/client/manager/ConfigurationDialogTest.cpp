@@ -2,6 +2,8 @@
 #include "client/manager/ManagerTest.h"
 #include "client/manager/ScriptedDialog.h"
 #include "platform/host/DocumentManager.h"
+#include "platform/os/Module.h"
+#include "platform/text/Fill.h"
 
 #include <stdexcept>
 

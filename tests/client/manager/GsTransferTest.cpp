@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "ZEBXGisCore/ModuleConfiguration.h"
 #include "client/manager/ManagerTest.h"
 
 #include <stdexcept>

@@ -17,6 +17,9 @@ class MockBackend : public Repository::StorageBackend {
     using Texts = std::vector<CString>;
 
 public:
+    MockBackend();
+    ~MockBackend() override;
+
     MOCK_METHOD(void, SetSettingsPath, (Text), (override));
     MOCK_METHOD(void, SaveSettings, (), (override));
     MOCK_METHOD(void, LoadSettings, (), (override));

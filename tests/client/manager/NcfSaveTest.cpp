@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "client/manager/ManagerTest.h"
+#include "platform/text/Fill.h"
 
 #include <stdexcept>
 

@@ -4,6 +4,7 @@
 #include "client/manager/ManagerTest.h"
 #include "support/InAChildProcess.h"
 
+#include <fstream>
 #include <stdexcept>
 
 using namespace Repository;

@@ -3,6 +3,8 @@
 #include "client/manager/ManagerTest.h"
 #include "support/InAChildProcess.h"
 
+#include <fstream>
+
 using namespace Repository;
 
 namespace {
