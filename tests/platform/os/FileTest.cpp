@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/os/File.h"
 
+#include "FolderTest.h"
 #include "support/InAChildProcess.h"
 #include "support/OrdinaryUser.h"
-#include "support/TemporaryFolder.h"
 
 #include <filesystem>
 #include <fstream>
@@ -21,13 +21,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-class Files : public testing::Test {
+class Files : public FolderTest {
 protected:
-    std::string Native(const std::string& name) const {
-        return (m_folder.Native() / name).string();
-    }
-    CString Path(CStringView name) const { return m_folder.Path() + CString(name); }
-
     void Put(const std::string& name, std::string_view bytes) const {
         std::ofstream(Native(name), std::ios::binary) << bytes;
     }
@@ -37,8 +32,6 @@ protected:
         EXPECT_EQ(ReadFile(path, bytes), expected);
         EXPECT_EQ(bytes, "");
     }
-
-    TemporaryFolder m_folder;
 };
 
 } // namespace

@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "platform/os/File.h"
 
+#include "FolderTest.h"
 #include "support/InAChildProcess.h"
 #include "support/OrdinaryUser.h"
-#include "support/TemporaryFolder.h"
 
 #include <csignal>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
@@ -20,34 +18,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-class ReplacingFiles : public testing::Test {
-protected:
-    std::string Native(const std::string& name) const {
-        return (m_folder.Native() / name).string();
-    }
-    CString Path(CStringView name) const { return m_folder.Path() + CString(name); }
-
-    std::string Content(const std::string& name) const {
-        std::ostringstream content;
-        content << std::ifstream(Native(name), std::ios::binary).rdbuf();
-        return content.str();
-    }
-
-    struct stat Status(const std::string& name) const {
-        struct stat status = {};
-        EXPECT_EQ(stat(Native(name).c_str(), &status), 0);
-        return status;
-    }
-
-    mode_t Rights(const std::string& name) const { return Status(name).st_mode & 07777; }
-
-    std::size_t EntryCount() const {
-        return static_cast<std::size_t>(
-            std::distance(fs::directory_iterator(m_folder.Native()), {}));
-    }
-
-    TemporaryFolder m_folder;
-};
+class ReplacingFiles : public FolderTest {};
 
 } // namespace
 
