@@ -18,7 +18,7 @@ constexpr auto kKinds = [] {
     std::array<std::uint8_t, 128> kinds{};
     const auto mark = [&kinds](std::string_view characters, unsigned kind) {
         for (const char character : characters)
-            kinds[static_cast<std::size_t>(character)] |= static_cast<std::uint8_t>(kind);
+            kinds[static_cast<unsigned char>(character)] |= static_cast<std::uint8_t>(kind);
     };
     mark(" \t\r\n", kBlank | kEndsName | kEndsNameToken | kEndsValueToken);
     mark("<>=\\/?!", kEndsName);
