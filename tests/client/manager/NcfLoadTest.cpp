@@ -7,7 +7,6 @@ using namespace Repository;
 using testing::_;
 using testing::DoAll;
 using testing::InSequence;
-using testing::Invoke;
 using testing::Return;
 using testing::SetArgReferee;
 

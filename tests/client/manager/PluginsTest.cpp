@@ -8,8 +8,6 @@
 #include <stdexcept>
 
 using namespace Repository;
-using testing::InSequence;
-using testing::NiceMock;
 using testing::Return;
 using testing::StrictMock;
 
