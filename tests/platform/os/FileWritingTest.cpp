@@ -43,7 +43,7 @@ TEST_F(WritingFiles, AFileHoldsExactlyTheBytesAfterwards) {
 }
 
 TEST_F(WritingFiles, ALargeFileIsWrittenWhole) {
-    const std::string bytes(10'000'000, 'x');
+    const std::string bytes(8'000'000, 'x');
     EXPECT_FALSE(WriteFile(Path(u"large"), bytes));
     EXPECT_EQ(Content("large"), bytes);
 }

@@ -56,7 +56,7 @@ TEST(Modules, WhatIsNotExportedIsNotFound) {
 TEST(Modules, WhatCannotBeLoadedIsNullWithTheReason) {
     const TemporaryFolder folder;
     std::ofstream(folder.Native() / "text.arx") << "no module";
-    std::ofstream(folder.Native() / "empty.arx");
+    std::ofstream(folder.Native() / "empty.arx") << "";
     ASSERT_EQ(mkfifo((folder.Native() / "pipe.arx").c_str(), 0600), 0);
     for (const CString& path :
          {folder.Path() + u"none.arx", folder.Path() + u"text.arx", folder.Path() + u"empty.arx",
