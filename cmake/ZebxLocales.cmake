@@ -15,9 +15,9 @@ if(NOT EXISTS /usr/share/i18n/locales/hr_HR)
 endif()
 
 foreach(locale ${ZEBX_LOCALES})
-  string(REPLACE "." ";" parts ${locale})
-  list(GET parts 0 language)
-  list(GET parts 1 encoding)
+  string(REPLACE "." ";" pieces ${locale})
+  list(GET pieces 0 language)
+  list(GET pieces 1 encoding)
   set(stamp ${ZEBX_LOCALE_DIR}/${locale}.stamp)
   add_custom_command(OUTPUT ${stamp}
     COMMAND ${CMAKE_COMMAND} -E make_directory ${ZEBX_LOCALE_DIR}
