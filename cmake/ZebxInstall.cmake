@@ -10,7 +10,7 @@ install(TARGETS zebxplatform ZEBXGisCore ZEBXLogging ZEBXWorkspaceCore ZEBXRepos
   LIBRARY DESTINATION ${ZEBX_MODULE_DIR} COMPONENT runtime)
 
 install(DIRECTORY platform/ DESTINATION ${ZEBX_INCLUDE_DIR}/platform COMPONENT development
-  FILES_MATCHING PATTERN "*.h")
+  FILES_MATCHING PATTERN "*.h" PATTERN "System*.h" EXCLUDE)
 install(DIRECTORY
   family/GisCore/include/ family/Logging/include/ family/WorkspaceCore/include/
   client/include/ storage/include/

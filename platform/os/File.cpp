@@ -5,7 +5,7 @@
 #include "platform/os/System.h"
 
 #include <atomic>
-#include <cerrno>
+#include <utility>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -21,6 +21,7 @@ constexpr mode_t kPrivateFile = 0600;
 constexpr mode_t kSharedFolder = 0777;
 constexpr mode_t kPrivateFolder = 0700;
 constexpr mode_t kRights = 0777;
+constexpr std::string_view kPassingName = ".zebx-";
 
 std::error_code WriteAndClose(OpenFile& file, std::string_view bytes) {
     if (const std::error_code error = file.WriteAll(bytes))
@@ -33,34 +34,149 @@ std::string FolderOf(const std::string& native) {
     return slash == std::string::npos ? "./" : native.substr(0, slash + 1);
 }
 
-// Opens a new file in `folder`, under a name that no other program uses meanwhile.
-std::error_code OpenTemporary(const std::string& folder, mode_t mode, OpenFile& file,
-                              std::string& path) {
+// No other program uses such a name meanwhile.
+std::string PassingName(std::string folder) {
     static std::atomic<unsigned> number = 0;
+    return folder.append(kPassingName) + std::to_string(::getpid()) + "-" +
+           std::to_string(++number);
+}
+
+// A file that takes another one's place once it is whole.  Nobody sees it before, also
+// when the process is killed, where the file system knows files without a name; else it
+// has a passing one.
+class Replacement {
+public:
+    explicit Replacement(std::string target) : m_target(std::move(target)) {}
+    ~Replacement() {
+        if (!m_name.empty())
+            System::Remove(m_name);
+    }
+    Replacement(const Replacement&) = delete;
+    Replacement& operator=(const Replacement&) = delete;
+
+    std::error_code Open(mode_t mode);
+    OpenFile& File() { return m_file; }
+    // Closes the file and gives it its place.
+    std::error_code PutInPlace();
+
+private:
+    // Runs `take` with passing names until one is free, which is the file's own then.
+    template<typename Take>
+    std::error_code TakePassingName(Take take);
+    std::error_code CloseInPlace();
+
+    std::string m_target;
+    std::string m_name; // the passing one, while it has one
+    bool m_isNameless = false;
+    OpenFile m_file;
+};
+
+template<typename Take>
+std::error_code Replacement::TakePassingName(Take take) {
     constexpr int kTries = 1000;
     std::error_code error;
     for (int i = 0; i < kTries; ++i) {
-        path = folder + ".zebx-" + std::to_string(::getpid()) + "-" + std::to_string(++number);
-        error = file.Open(path, O_WRONLY | O_CREAT | O_EXCL, mode);
+        // On other failures, too, the file may have been made.
+        m_name = PassingName(FolderOf(m_target));
+        error = take(m_name);
         if (error != std::errc::file_exists)
-            break;
+            return error;
     }
+    m_name.clear();
     return error;
 }
 
-// Gives the file that will stand in `previous`'s place its owner and access rights.
-std::error_code TakeOver(OpenFile& file, const struct stat& previous) {
-    // Only the superuser may give a file away; others replace their own ones.
-    (void)file.SetOwner(previous.st_uid, previous.st_gid);
+std::error_code Replacement::Open(mode_t mode) {
+    const std::error_code error = m_file.OpenNameless(FolderOf(m_target), mode);
+    m_isNameless = !error;
+    if (error != std::errc::operation_not_supported)
+        return error;
+    return TakePassingName([&](const std::string& name) {
+        return m_file.Open(name, O_WRONLY | O_CREAT | O_EXCL, mode);
+    });
+}
+
+std::error_code Replacement::CloseInPlace() {
+    const std::error_code error = m_file.Close();
+    if (error)
+        System::Remove(m_target);
+    return error;
+}
+
+std::error_code Replacement::PutInPlace() {
+    if (m_isNameless) {
+        std::error_code error = m_file.GiveName(m_target);
+        if (!error)
+            return CloseInPlace();
+        // Only a rename replaces what stands there.
+        if (error == std::errc::file_exists)
+            error = TakePassingName([&](const std::string& name) { return m_file.GiveName(name); });
+        if (error)
+            return error;
+    }
+    if (const std::error_code error = m_file.Close())
+        return error;
+    const std::error_code error = System::Rename(m_name, m_target);
+    if (!error)
+        m_name.clear();
+    return error;
+}
+
+// Gives the file the owner that `previous` has; only the superuser may give one away.
+std::error_code KeepOwner(OpenFile& file, const struct stat& previous) {
+    struct stat own;
+    if (const std::error_code error = file.GetStatus(own))
+        return error;
+    const bool same = own.st_uid == previous.st_uid && own.st_gid == previous.st_gid;
+    return same ? std::error_code() : file.SetOwner(previous.st_uid, previous.st_gid);
+}
+
+std::error_code KeepRights(OpenFile& file, const struct stat& previous) {
     return file.SetMode(previous.st_mode & kRights);
 }
 
-std::error_code WriteToDisk(OpenFile& file, std::string_view bytes) {
-    if (const std::error_code error = file.WriteAll(bytes))
+bool IsRightsError(const std::error_code& error) {
+    return error == std::errc::permission_denied || error == std::errc::operation_not_permitted;
+}
+
+// Whether nobody would miss anything of the file but its bytes, were it another one.
+bool IsReplaceable(const std::string& path, const struct stat& status) {
+    return status.st_nlink == 1 && !System::HasExtendedAttributes(path);
+}
+
+std::error_code WriteNew(const std::string& target, std::string_view bytes) {
+    Replacement file(target);
+    if (const std::error_code error = file.Open(kSharedFile))
         return error;
-    if (const std::error_code error = file.Sync())
+    if (const std::error_code error = file.File().WriteAll(bytes))
         return error;
-    return file.Close();
+    return file.PutInPlace();
+}
+
+std::error_code WriteInPlace(const std::string& target, std::string_view bytes) {
+    OpenFile file;
+    if (const std::error_code error = file.Open(target, O_WRONLY | O_NOFOLLOW))
+        return error;
+    // Not by a flag of open, which would cut before it is known what was opened.
+    if (const std::error_code error = file.Truncate())
+        return error;
+    return WriteAndClose(file, bytes);
+}
+
+std::error_code WriteOver(const std::string& target, const struct stat& previous,
+                          std::string_view bytes) {
+    Replacement file(target);
+    std::error_code error = file.Open(kSharedFile);
+    if (!error)
+        error = KeepOwner(file.File(), previous);
+    if (!error)
+        error = KeepRights(file.File(), previous);
+    // Others' files, and folders in which only the files may be written.
+    if (IsRightsError(error))
+        return WriteInPlace(target, bytes);
+    if (!error)
+        error = file.File().WriteAll(bytes);
+    return error ? error : file.PutInPlace();
 }
 
 } // namespace
@@ -98,43 +214,52 @@ std::error_code ReadFile(CStringView path, std::string& bytes) {
 }
 
 std::error_code WriteFile(CStringView path, std::string_view bytes) {
-    OpenFile file;
-    if (const auto error = file.Open(LookUp(path), O_WRONLY | O_CREAT | O_NOFOLLOW, kSharedFile))
+    const std::string target = LookUp(path);
+    struct stat previous;
+    std::error_code error = System::Status(target, Links::Keep, previous);
+    if (error == std::errc::no_such_file_or_directory)
+        return WriteNew(target, bytes);
+    if (!error)
+        error = System::CheckRegular(previous);
+    if (!error)
+        error = System::CheckMayWrite(target);
+    if (error)
         return error;
-    // Not by a flag of open, which would cut before it is known what was opened.
-    if (const std::error_code error = file.Truncate())
-        return error;
-    return WriteAndClose(file, bytes);
+    return IsReplaceable(target, previous) ? WriteOver(target, previous, bytes)
+                                           : WriteInPlace(target, bytes);
 }
 
 std::error_code ReplaceFile(CStringView path, std::string_view bytes, Access access) {
     const std::string target = LookUp(path);
-    const std::string folder = FolderOf(target);
     struct stat previous;
-    const bool exists = !System::Status(target, Links::Keep, previous);
-    if (exists)
-        if (const std::error_code error = System::CheckRegular(previous))
-            return error;
+    std::error_code error = System::Status(target, Links::Keep, previous);
+    const bool exists = error != std::errc::no_such_file_or_directory;
+    if (exists && !error)
+        error = System::CheckRegular(previous);
+    if (exists && error)
+        return error;
 
-    OpenFile file;
-    std::string temporary;
-    const mode_t mode = access == Access::Private ? kPrivateFile : kSharedFile;
-    std::error_code error = OpenTemporary(folder, mode, file, temporary);
-    if (error)
-        return error;
-    if (exists && access == Access::Shared)
-        error = TakeOver(file, previous);
-    if (!error)
-        error = WriteToDisk(file, bytes);
-    if (!error)
-        error = System::Rename(temporary, target);
-    if (error) {
-        System::Remove(temporary);
-        return error;
+    Replacement file(target);
+    error = file.Open(access == Access::Private ? kPrivateFile : kSharedFile);
+    if (!error && exists && access == Access::Shared) {
+        error = KeepOwner(file.File(), previous);
+        if (!error || IsRightsError(error)) // as far as this user may
+            error = KeepRights(file.File(), previous);
     }
+    if (!error)
+        error = file.File().WriteAll(bytes);
+    if (!error)
+        error = file.File().Sync();
+    if (!error)
+        error = file.PutInPlace();
     // The new file stands already: a folder that cannot be flushed is no failure.
-    System::SyncFolder(folder);
-    return {};
+    if (!error)
+        System::SyncFolder(FolderOf(target));
+    return error;
+}
+
+bool IsPassingName(std::string_view name) {
+    return name.starts_with(kPassingName);
 }
 
 std::error_code AppendFile(CStringView path, std::string_view bytes) {

@@ -36,15 +36,25 @@ ZEBX_EXPORT bool MayWrite(CStringView path);
 // pipe and a device are errors (EISDIR, EINVAL), never waited on.
 ZEBX_EXPORT std::error_code ReadFile(CStringView path, std::string& bytes);
 
-// Makes the regular file `path` hold exactly `bytes`: truncated first, then
-// written.  A link in the file's place is an error (ELOOP), as is anything that is
-// not a regular file.  Success means that the system took every byte and closed the
-// file without an error; on failure the file may be cut.
+// Makes the regular file `path` hold exactly `bytes`.  A link in the file's place is an
+// error (ELOOP), as are anything else that is not a regular file and a file that this
+// process may not write to.  Success means that the system took every byte and closed the
+// file without an error.
+//
+// Everybody sees the old file or the new one, whole, also when the process is killed; on
+// failure the old one stands.  What the file has besides its bytes stays: so one that has
+// several names, extended attributes or an owner whom this process cannot give to a new
+// file, or that lies in a folder in which this process may make none, is written where it
+// is, and a failure may cut it.
 ZEBX_EXPORT std::error_code WriteFile(CStringView path, std::string_view bytes);
 
-// As WriteFile, but whole or not at all: written beside it, flushed to the disk,
-// then renamed into place, also over a crash.  On failure the old file stands.
+// As WriteFile, but always a new file, and flushed to the disk: whole or not at all also
+// over a crash of the machine.
 ZEBX_EXPORT std::error_code ReplaceFile(CStringView path, std::string_view bytes, Access access);
+
+// Whether a file of that native name is on its way into another one's place, or is what a
+// killed process left of it where the file system knows no files without names.
+bool IsPassingName(std::string_view name);
 
 // Adds `bytes` at the end of `path`, which is made private when it is new.
 ZEBX_EXPORT std::error_code AppendFile(CStringView path, std::string_view bytes);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/os/FileSearch.h"
 
+#include "platform/os/File.h"
 #include "platform/os/Path.h"
 #include "platform/os/System.h"
 #include "platform/text/CaseFold.h"
@@ -49,6 +50,8 @@ std::vector<CString> FindFiles(CStringView pattern) {
     const CString foldedPattern = FoldCase(pattern.substr(nameStart));
     std::vector<std::pair<CString, CString>> found; // in their order: folded name, name
     for (const std::string& native : natives) {
+        if (IsPassingName(native))
+            continue;
         CString name = PathFromNative(native);
         CString folded = FoldCase(name);
         if (Matches(folded, foldedPattern))

@@ -14,7 +14,8 @@ namespace Platform {
 //
 // `pattern`  a path whose last part may hold "*" (any run of characters) and "?"
 // (exactly one UTF-16 code unit); the parts before it are taken as a folder.  Case
-// is ignored.  Whatever the folder holds can match: files, folders, "." and "..".
+// is ignored.  Whatever the folder holds can match: files, folders, "." and "..";
+// only files on their way into another one's place, ".zebx-...", never do.
 // A folder that is missing or may not be read gives no names.
 ZEBX_EXPORT std::vector<CString> FindFiles(CStringView pattern);
 

@@ -4,42 +4,28 @@
 #include "platform/os/Path.h"
 #include "platform/os/System.h"
 
-#include <cerrno>
-#include <climits>
-#include <cstdio>
-
-#include <fcntl.h>
-#include <unistd.h>
-
 namespace Platform {
 namespace {
 
-// A second name, then the first one gone: for file systems that know no better.
-std::error_code LinkAndRemove(const std::string& source, const std::string& target) {
-    if (::link(source.c_str(), target.c_str()) != 0)
-        return System::LastError();
-    return System::Remove(source);
-}
-
-std::error_code RenameUnlessTaken(const std::string& source, const std::string& target) {
-    if (::renameat2(AT_FDCWD, source.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0)
-        return {};
-    if (errno == EINVAL || errno == ENOSYS)
-        return LinkAndRemove(source, target);
-    return System::LastError();
+// Also on file systems that cannot rename so: a second name, then the first one gone.
+std::error_code TakeFreeName(const std::string& source, const std::string& target) {
+    std::error_code error = System::RenameUnlessTaken(source, target);
+    if (error != std::errc::invalid_argument && error != std::errc::function_not_supported)
+        return error;
+    error = System::Link(source, target);
+    return error ? error : System::Remove(source);
 }
 
 } // namespace
 
 CString CurrentFolder() {
-    char folder[PATH_MAX];
-    return ::getcwd(folder, sizeof(folder)) ? AsFolder(PathFromNative(folder)) : CString();
+    return AsFolder(PathFromNative(System::CurrentFolder()));
 }
 
 std::error_code RenameToFreeName(CStringView from, CStringView to) {
     const std::string source = LookUp(from);
     const std::string target = LookUp(to);
-    if (const std::error_code error = RenameUnlessTaken(source, target))
+    if (const std::error_code error = TakeFreeName(source, target))
         return error;
     System::SyncFolder(target.substr(0, target.rfind('/') + 1));
     return {};

@@ -30,8 +30,19 @@ std::error_code ListNames(const std::string& folder, std::vector<std::string>& n
 
 std::error_code CreateFolder(const std::string& path, mode_t mode);
 std::error_code Rename(const std::string& from, const std::string& to);
+// EEXIST when something has the new name already.
+std::error_code RenameUnlessTaken(const std::string& from, const std::string& to);
+// A second name for a file.
+std::error_code Link(const std::string& from, const std::string& to);
 std::error_code Remove(const std::string& path);
 std::error_code CheckMayWrite(const std::string& path);
+// Whether the file has an access control list or other extended attributes.
+bool HasExtendedAttributes(const std::string& path);
+
+// Where relative paths start; empty when that folder is not there any more.
+std::string CurrentFolder();
+// What the link holds; empty when it cannot be read.
+std::string LinkTarget(const std::string& link);
 
 // Flushes a folder's names to the disk.
 std::error_code SyncFolder(const std::string& path);
@@ -48,6 +59,12 @@ public:
     // and never hands the file to a program that this process starts.
     std::error_code Open(const std::string& path, int flags, mode_t mode = 0);
 
+    // A new file in `folder` that has no name and vanishes unless it gets one.  EOPNOTSUPP
+    // where there is no such thing.
+    std::error_code OpenNameless(const std::string& folder, mode_t mode);
+    // EEXIST when something has that name already.
+    std::error_code GiveName(const std::string& path);
+
     // Everything from the current position on; empty on failure.
     std::error_code ReadAll(std::string& bytes);
 
@@ -56,14 +73,17 @@ public:
     std::error_code Sync();
     std::error_code SetMode(mode_t mode);
     std::error_code SetOwner(uid_t user, gid_t group);
+    std::error_code GetStatus(struct stat& status);
 
     // Reports what the system could not write until now.
     std::error_code Close();
 
 private:
     std::error_code ReadToEnd(std::string& bytes);
+    int OpenOnce(const std::string& path, int flags, mode_t mode);
 
     int m_descriptor = -1;
+    std::string m_path; // known while a test watches
 };
 
 } // namespace Platform::System

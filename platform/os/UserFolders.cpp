@@ -3,6 +3,7 @@
 
 #include "platform/os/Environment.h"
 #include "platform/os/Path.h"
+#include "platform/os/System.h"
 #include "platform/text/Utf8.h"
 
 #include <pwd.h>
@@ -46,17 +47,7 @@ CString StateFolder() {
 }
 
 CString ProgramFolder() {
-    std::string program(256, '\0');
-    while (true) {
-        const ssize_t size = ::readlink("/proc/self/exe", program.data(), program.size());
-        if (size < 0)
-            return {};
-        if (static_cast<std::size_t>(size) < program.size()) {
-            program.resize(static_cast<std::size_t>(size));
-            break;
-        }
-        program.resize(program.size() * 2);
-    }
+    const std::string program = System::LinkTarget("/proc/self/exe");
     return PathFromNative(program.substr(0, program.rfind('/') + 1));
 }
 

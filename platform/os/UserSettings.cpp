@@ -3,6 +3,7 @@
 
 #include "platform/os/Environment.h"
 #include "platform/os/File.h"
+#include "platform/os/FreeName.h"
 #include "platform/os/IniFile.h"
 #include "platform/os/Path.h"
 #include "platform/os/UserFolders.h"
@@ -143,11 +144,6 @@ CString DefaultOf(Setting setting) {
         return Below(StateFolder(), u"StudioZEB\\workspace.log");
     }
     return {};
-}
-
-CString CurrentFolder() {
-    std::error_code ignored;
-    return AsFolder(PathFromNative(std::filesystem::current_path(ignored).native()));
 }
 
 // The value as others read it: paths with "\" and from the root.

@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 
 #include <gtest/gtest.h>
 
@@ -127,6 +128,69 @@ TEST_F(WritingFiles, AnExistingFileKeepsItsRights) {
     EXPECT_FALSE(AppendFile(Path(u"a"), "er"));
     EXPECT_EQ(Rights("a"), 0604u);
     EXPECT_EQ(Content("a"), "newer");
+}
+
+TEST_F(WritingFiles, AllNamesOfAFileLeadToTheNewBytes) {
+    std::ofstream(Native("a")) << "old";
+    fs::create_hard_link(Native("a"), Native("b"));
+    EXPECT_FALSE(WriteFile(Path(u"a"), "new"));
+    EXPECT_EQ(Content("b"), "new");
+}
+
+TEST_F(WritingFiles, AnExistingFileKeepsItsExtendedAttributes) {
+    std::ofstream(Native("a")) << "old";
+    if (setxattr(Native("a").c_str(), "user.note", "x", 1, 0) != 0)
+        GTEST_SKIP() << "this file system keeps no extended attributes";
+    EXPECT_FALSE(WriteFile(Path(u"a"), "new"));
+    EXPECT_EQ(Content("a"), "new");
+    char value = 0;
+    EXPECT_EQ(getxattr(Native("a").c_str(), "user.note", &value, 1), 1);
+    EXPECT_EQ(value, 'x');
+}
+
+TEST_F(WritingFiles, AnExistingFileKeepsItsOwner) {
+    std::ofstream(Native("a")) << "old";
+    constexpr uid_t kSomeone = 12345;
+    const uid_t owner = geteuid() == 0 ? kSomeone : geteuid();
+    ASSERT_EQ(chown(Native("a").c_str(), owner, getegid()), 0);
+    EXPECT_FALSE(WriteFile(Path(u"a"), "new"));
+    EXPECT_EQ(Status("a").st_uid, owner);
+}
+
+TEST_F(WritingFiles, AFileOfSomebodyElseStaysHisAndIsWritten) {
+    std::ofstream(Native("a")) << "old";
+    fs::permissions(Native("a"), fs::perms(0666));
+    fs::permissions(m_folder.Native(), fs::perms(0777));
+    const uid_t owner = Status("a").st_uid;
+    EXPECT_TRUE(PassesInAChildProcess([&] {
+        BecomeOrdinaryUser();
+        EXPECT_FALSE(WriteFile(Path(u"a"), "new"));
+    }));
+    EXPECT_EQ(Content("a"), "new");
+    EXPECT_EQ(Status("a").st_uid, owner);
+    EXPECT_EQ(EntryCount(), 1u);
+}
+
+TEST_F(WritingFiles, AFileInAFolderThatMayNotBeChangedIsWritten) {
+    std::ofstream(Native("a")) << "old and longer";
+    fs::permissions(Native("a"), fs::perms(0666));
+    fs::permissions(m_folder.Native(), fs::perms(0555));
+    EXPECT_TRUE(PassesInAChildProcess([&] {
+        BecomeOrdinaryUser();
+        EXPECT_FALSE(WriteFile(Path(u"a"), "new"));
+    }));
+    fs::permissions(m_folder.Native(), fs::perms(0755));
+    EXPECT_EQ(Content("a"), "new");
+}
+
+TEST_F(WritingFiles, BytesThatTheSystemDoesNotTakeLeaveTheOldFile) {
+    std::ofstream(Native("a")) << "old";
+    EXPECT_TRUE(PassesInAChildProcess([&] {
+        LimitFileSizes(1000);
+        EXPECT_EQ(WriteFile(Path(u"a"), std::string(1001, 'x')), std::errc::file_too_large);
+    }));
+    EXPECT_EQ(Content("a"), "old");
+    EXPECT_EQ(EntryCount(), 1u);
 }
 
 TEST_F(WritingFiles, AppendedBytesStandAtTheEnd) {
