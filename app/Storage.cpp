@@ -58,6 +58,7 @@ ExitStatus StatusOf(Problem problem) {
         return ExitStatus::LocalFile;
     case Problem::Internal:
         return ExitStatus::Internal;
+    case Problem::Interrupted:
     case Problem::None:
     case Problem::Refused:
         break;

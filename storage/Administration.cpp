@@ -2,6 +2,7 @@
 #include "storage/Administration.h"
 
 #include "platform/text/Utf8.h"
+#include "storage/ContentHash.h"
 
 namespace Storage {
 
@@ -53,6 +54,36 @@ Problem Administration::List(std::vector<StoredFile>& files, std::vector<StoredG
         settings.clear();
     }
     return problem;
+}
+
+Problem Administration::Revisions(std::int64_t before, std::size_t count,
+                                  std::vector<RevisionEntry>& revisions, CString& problemText) {
+    revisions.clear();
+    return Try(problemText, [&] { revisions = m_access->Use().Revisions(before, count); });
+}
+
+Problem Administration::CheckNames(const std::vector<NamedFile>& files, CString& problemText) {
+    return Try(problemText, [&] { m_access->Use().CheckNames(files); });
+}
+
+CString Administration::HashOf(std::string_view bytes) {
+    CString hash;
+    CString nobodyAsks;
+    Try(nobodyAsks, [&] { hash = Platform::FromUtf8(ToHexadecimal(ContentHash(bytes))); });
+    return hash;
+}
+
+Problem Administration::Check(std::vector<Finding>& findings, CheckCounts& counts,
+                              CString& problemText) {
+    findings.clear();
+    counts = {};
+    return Try(problemText, [&] {
+        m_access->Use().Check(
+            [&](const Message& where, const Message& what) {
+                findings.push_back({m_access->TextOf(where), m_access->TextOf(what)});
+            },
+            counts);
+    });
 }
 
 } // namespace Storage

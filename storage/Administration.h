@@ -15,6 +15,12 @@ public:
     RepositoryState State() override;
     Problem List(std::vector<StoredFile>& files, std::vector<StoredGS>& settings,
                  CString& problemText) override;
+    Problem Revisions(std::int64_t before, std::size_t count, std::vector<RevisionEntry>& revisions,
+                      CString& problemText) override;
+    Problem CheckNames(const std::vector<NamedFile>& files, CString& problemText) override;
+    CString HashOf(std::string_view bytes) override;
+    Problem Check(std::vector<Finding>& findings, CheckCounts& counts,
+                  CString& problemText) override;
     Problem TakeLastProblem() override { return m_access->TakeLastProblem(); }
 
 private:

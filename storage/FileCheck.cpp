@@ -41,14 +41,10 @@ bool IsWhole(std::string_view base64, const std::string& bytes) {
 void CheckFile(const CRepositoryFile& file, CStringView owner, std::uint64_t maxFileBytes,
                Refusals& refusals) {
     const CString name = file.GetFileName();
-    if (const auto wrong = CheckName(name))
-        refusals.Add(*wrong, {name, CString(owner)});
+    CheckNameAndSize(name, owner, DecodedSize(file.GetFileContent()), maxFileBytes, refusals);
     if (!IsKept(file.GetFileManagerId()) || !IsKept(file.GetOriginId()) ||
         !IsKept(file.GetCustomParameter()))
         refusals.Add(MessageNumber::TextNotKept, {name, CString(owner)});
-    if (DecodedSize(file.GetFileContent()) > maxFileBytes)
-        refusals.Add(MessageNumber::FileTooLarge,
-                     {name, CString(owner), Platform::ToText(std::int64_t(maxFileBytes >> 20))});
 }
 
 bool IsSame(const CRepositoryFile& left, const CRepositoryFile& right) {
@@ -63,10 +59,8 @@ void AddToKind(FilesByName& kind, const CRepositoryFile& file, Refusals& refusal
     if (isNew)
         return;
     const CRepositoryFile& other = *found->second;
-    if (other.GetFileName() != name)
-        refusals.Add(MessageNumber::NameDiffersByCase,
-                     {name, file.GetOriginId(), other.GetFileName()});
-    else if (!IsSame(file, other))
+    CheckSameCase(name, file.GetOriginId(), other.GetFileName(), refusals);
+    if (other.GetFileName() == name && !IsSame(file, other))
         refusals.Add(MessageNumber::NameTwice, {name, file.GetOriginId()});
 }
 
@@ -79,6 +73,21 @@ bool IsEmptyFile(const boost::shared_ptr<CRepositoryFile>& file) {
 }
 
 } // namespace
+
+void CheckNameAndSize(const CString& name, CStringView owner, std::uint64_t sizeBytes,
+                      std::uint64_t maxFileBytes, Refusals& refusals) {
+    if (const auto wrong = CheckName(name))
+        refusals.Add(*wrong, {name, CString(owner)});
+    if (sizeBytes > maxFileBytes)
+        refusals.Add(MessageNumber::FileTooLarge,
+                     {name, CString(owner), Platform::ToText(std::int64_t(maxFileBytes >> 20))});
+}
+
+void CheckSameCase(const CString& name, CStringView owner, const CString& other,
+                   Refusals& refusals) {
+    if (other != name)
+        refusals.Add(MessageNumber::NameDiffersByCase, {name, CString(owner), other});
+}
 
 void CheckTexts(std::initializer_list<CStringView> texts, CStringView name, CStringView owner) {
     if (!std::all_of(texts.begin(), texts.end(), IsKept))
@@ -117,8 +126,7 @@ std::vector<const CRepositoryFile*> CheckHeldFiles(const Repository::RepositoryF
         CheckFile(*files[i], owner, maxFileBytes, refusals);
         const CString name = files[i]->GetFileName();
         const CString& first = names.try_emplace(Platform::FoldCase(name), name).first->second;
-        if (first != name)
-            refusals.Add(MessageNumber::NameDiffersByCase, {name, CString(owner), first});
+        CheckSameCase(name, owner, first, refusals);
         held.push_back(files[i].get());
     }
     refusals.ThrowIfAny();

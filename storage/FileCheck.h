@@ -28,6 +28,13 @@ private:
     std::vector<Message> m_messages;
 };
 
+// The rules for a file's name and size, `owner` being its kind or item.
+void CheckNameAndSize(const CString& name, CStringView owner, std::uint64_t sizeBytes,
+                      std::uint64_t maxFileBytes, Refusals& refusals);
+// The rule for two names that are the same when case does not count: that it does not matter.
+void CheckSameCase(const CString& name, CStringView owner, const CString& other,
+                   Refusals& refusals);
+
 // Throws Refused unless UTF-8 carries every text exactly; `name` and `owner` tell the user
 // which record it is.
 void CheckTexts(std::initializer_list<CStringView> texts, CStringView name, CStringView owner);

@@ -63,6 +63,32 @@ enum class MessageNumber : int {
     ContentDamaged = 20130,
     ContentMissing = 20131,
     RecordDamaged = 20132,
+
+    // What a check found: where ...
+    InPage = 20133,     // number
+    InDatabase = 20134, // (the whole)
+    InCounters = 20135,
+    InTable = 20136,   // table
+    InRow = 20137,     // table, row
+    InFile = 20138,    // name, kind, row
+    InContent = 20139, // hash
+    // ... and what.
+    PageDamaged = 20145,
+    EngineSays = 20146, // its words
+    PartUnread = 20147, // reason
+    SizeLies = 20148,   // size, the told one
+    HashDiffers = 20149,
+    NoContent = 20150,    // hash
+    NoRevision = 20151,   // number
+    NoHolder = 20152,     // row
+    EndsTooEarly = 20153, // since, until
+    FoldedDiffers = 20154,
+    RevisionsMissing = 20155, // first, last
+    CounterMissing = 20156,
+    LastRevisionDiffers = 20157, // told, real
+    AllBytesDiffer = 20158,      // told, real
+    LastRowDiffers = 20159,      // told, real
+    MoreFindings = 20160,        // how many
 };
 
 struct Message {

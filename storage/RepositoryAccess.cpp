@@ -95,11 +95,11 @@ void RepositoryAccess::Tell(const StorageError& error) {
     if (dynamic_cast<const NoConnection*>(&error) && text == told)
         return;
     for (const Message& message : error.Messages())
-        Log(TextOf(message, m_provider));
+        Log(TextOf(message));
 }
 
 CString RepositoryAccess::Explain(const StorageError& error) {
-    CString text = TextOf(error.Messages(), m_provider);
+    CString text = Storage::TextOf(error.Messages(), m_provider);
     if (dynamic_cast<const NoConnection*>(&error))
         m_toldNoConnection = text;
     return text;

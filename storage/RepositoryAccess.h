@@ -37,6 +37,8 @@ public:
     void Tell(const StorageError& error);
     // The problem in the user's language, for somebody else to show.
     CString Explain(const StorageError& error);
+    // A message in the user's language.
+    CString TextOf(const Message& message) const { return Storage::TextOf(message, m_provider); }
     Problem TakeLastProblem() { return std::exchange(m_lastProblem, Problem::None); }
 
 private:

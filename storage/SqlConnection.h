@@ -7,8 +7,10 @@
 #pragma once
 
 #include "platform/text/Text.h"
+#include "storage/Messages.h"
 
 #include <cstdint>
+#include <functional>
 #include <initializer_list>
 #include <memory>
 #include <string_view>
@@ -55,6 +57,9 @@ struct SqlWords {
     std::string_view tableOptions; // behind the closing parenthesis
 };
 
+// Told of what a check found: where, and what.
+using TellFinding = std::function<void(const Message& where, const Message& what)>;
+
 class SqlConnection {
 public:
     virtual ~SqlConnection() = default;
@@ -73,6 +78,10 @@ public:
     virtual std::int64_t Execute(SqlText sql, std::initializer_list<SqlValue> values) = 0;
     // Runs several statements, separated by ";", that take no values.
     virtual void RunScript(std::string_view statements) = 0;
+
+    // Checks what the engine itself keeps: the file or the server's tables, not what the
+    // repository's rows mean.  Ends what was begun.
+    virtual void CheckEngine(const TellFinding& tell) = 0;
 
     // Whether the repository that was opened is still the one at its address.  Cheap.
     virtual bool IsAlive() = 0;

@@ -8,6 +8,7 @@
 #include "storage/ContentHash.h"
 #include "storage/SqliteError.h"
 
+#include <algorithm>
 #include <sqlite3.h>
 #include <unordered_map>
 
@@ -58,6 +59,7 @@ public:
     std::unique_ptr<SqlRows> Query(SqlText sql, std::initializer_list<SqlValue> values) override;
     std::int64_t Execute(SqlText sql, std::initializer_list<SqlValue> values) override;
     void RunScript(std::string_view statements) override;
+    void CheckEngine(const TellFinding& tell) override;
     bool IsAlive() override;
     bool MayWrite() override;
     CString Name() override { return ShownPath(m_path); }
@@ -191,6 +193,17 @@ std::int64_t SqliteConnection::Execute(SqlText sql, std::initializer_list<SqlVal
 
 void SqliteConnection::RunScript(std::string_view statements) {
     Check(sqlite3_exec(m_database, std::string(statements).c_str(), nullptr, nullptr, nullptr));
+}
+
+void SqliteConnection::CheckEngine(const TellFinding& tell) {
+    const auto rows = Query("PRAGMA integrity_check", {});
+    while (rows->Next()) {
+        std::string complaint(rows->Text(0));
+        std::replace(complaint.begin(), complaint.end(), '\n', ' ');
+        if (complaint != "ok")
+            tell({MessageNumber::InDatabase, {}},
+                 {MessageNumber::EngineSays, {Platform::FromUtf8(complaint)}});
+    }
 }
 
 bool SqliteConnection::IsAlive() {

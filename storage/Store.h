@@ -73,6 +73,12 @@ public:
     // Fills in what the repository itself knows of its state.
     void ReadState(RepositoryState& state);
     void List(std::vector<StoredFile>& files, std::vector<StoredGS>& settings);
+    // See RepositoryAdministration.
+    std::vector<RevisionEntry> Revisions(std::int64_t before, std::size_t count);
+    // Throws Refused with a message for each file that AddFiles would refuse.
+    void CheckNames(const std::vector<NamedFile>& files);
+    // See RepositoryAdministration.
+    void Check(const TellFinding& tell, CheckCounts& counts);
 
 private:
     WriteCall Write(std::string_view operation, CStringView subject);

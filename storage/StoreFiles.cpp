@@ -34,9 +34,8 @@ void CheckAgainstStored(const KindKey& kind, const FilesByName& files,
                         const std::map<CString, FileRow>& stored, Refusals& refusals) {
     for (const auto& [folded, file] : files) {
         const auto found = stored.find(folded);
-        if (found != stored.end() && found->second.record.name != file->GetFileName())
-            refusals.Add(MessageNumber::NameDiffersByCase,
-                         {file->GetFileName(), kind.second, found->second.record.name});
+        if (found != stored.end())
+            CheckSameCase(file->GetFileName(), kind.second, found->second.record.name, refusals);
     }
 }
 

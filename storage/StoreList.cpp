@@ -70,14 +70,15 @@ void Sort(std::vector<StoredFile>& files) {
 
 std::vector<StoredGS> ReadSettings(SqlConnection& sql) {
     std::vector<StoredGS> settings;
-    const auto rows = sql.Query("SELECT g.name, g.size_bytes, g.since_revision, r.made_at "
+    const auto rows = sql.Query("SELECT g.name, g.size_bytes, g.hash, g.since_revision, r.made_at "
                                 "FROM general_settings g "
                                 "LEFT JOIN revision r ON r.number = g.since_revision "
                                 "WHERE g.until_revision IS NULL",
                                 {});
     while (rows->Next())
-        settings.push_back(
-            {FromUtf8(rows->Text(0)), rows->Integer(1), rows->Integer(2), FromUtf8(rows->Text(3))});
+        settings.push_back({FromUtf8(rows->Text(0)), rows->Integer(1),
+                            FromUtf8(ToHexadecimal(rows->Bytes(2))), rows->Integer(3),
+                            FromUtf8(rows->Text(4))});
     std::sort(settings.begin(), settings.end(),
               [](const StoredGS& left, const StoredGS& right) { return left.name < right.name; });
     return settings;

@@ -144,5 +144,64 @@ TEST_F(AdministrationTest, TheListIsEmptyWhenItFails) {
     EXPECT_EQ(text, u"");
 }
 
+TEST_F(AdministrationTest, TheRevisionsAreListedAndEmptyWhenTheyCannotBe) {
+    std::vector<RevisionEntry> revisions(1);
+    EXPECT_EQ(administration.Revisions(0, 10, revisions, text), Problem::Missing);
+    EXPECT_THAT(revisions, IsEmpty());
+    EXPECT_NE(text, u"");
+    ASSERT_EQ(Connect(u"", true), Problem::None);
+    backend.AddRepositoryFiles({MakeFile(u"a", "1")});
+    EXPECT_EQ(administration.Revisions(0, 10, revisions, text), Problem::None);
+    ASSERT_EQ(revisions.size(), 1u);
+    EXPECT_EQ(revisions[0].files, 1);
+}
+
+TEST_F(AdministrationTest, NamesThatWouldBeRefusedAreToldALineEach) {
+    EXPECT_EQ(administration.CheckNames({}, text), Problem::Missing);
+    ASSERT_EQ(Connect(u"", true), Problem::None);
+    EXPECT_EQ(administration.CheckNames({{u"001_LABEL", u"a.dwg", 1}}, text), Problem::None);
+    EXPECT_EQ(text, u"");
+    EXPECT_EQ(
+        administration.CheckNames({{u"001_LABEL", u"a:b", 1}, {u"002_NODE", u"CON", 1}}, text),
+        Problem::Refused);
+    EXPECT_EQ(text, u"The file \"a:b\" (001_LABEL) was refused: the name holds a \":\".\n"
+                    u"The file \"CON\" (002_NODE) was refused: some systems read the name as "
+                    u"that of a device.");
+}
+
+TEST_F(AdministrationTest, AHashIsGivenWithoutARepository) {
+    // Published digest of the empty text.
+    EXPECT_EQ(administration.HashOf({}),
+              u"e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855");
+}
+
+TEST_F(AdministrationTest, TheHashesOfTheListAreThoseOfTheBytes) {
+    ASSERT_EQ(Connect(u"", true), Problem::None);
+    backend.AddRepositoryFiles({MakeFile(u"a", "1")});
+    backend.SaveGS(u"<gs>č</gs>", {}, u"");
+    std::vector<StoredFile> files;
+    std::vector<StoredGS> settings;
+    ASSERT_EQ(administration.List(files, settings, text), Problem::None);
+    EXPECT_EQ(files.at(0).sha256, administration.HashOf("1"));
+    EXPECT_EQ(settings.at(0).sha256, administration.HashOf("<gs>\xc4\x8d</gs>"));
+}
+
+TEST_F(AdministrationTest, TheCheckSaysWhereAndWhatInTheUsersLanguage) {
+    std::vector<Finding> findings(1);
+    CheckCounts counts;
+    EXPECT_EQ(administration.Check(findings, counts, text), Problem::Missing);
+    EXPECT_THAT(findings, IsEmpty());
+    ASSERT_EQ(Connect(u"", true), Problem::None);
+    backend.AddRepositoryFiles({MakeFile(u"a", "1")});
+    EXPECT_EQ(administration.Check(findings, counts, text), Problem::None);
+    EXPECT_THAT(findings, IsEmpty());
+    EXPECT_EQ(counts.files, 1);
+    access->Use().Connection().RunScript("UPDATE stored_file SET size_bytes = 2");
+    EXPECT_EQ(administration.Check(findings, counts, text), Problem::None);
+    ASSERT_EQ(findings.size(), 1u);
+    EXPECT_EQ(findings[0].where, u"the file \"a\" (001_LABEL), row 1");
+    EXPECT_EQ(findings[0].what, u"It has 1 bytes, and its size is kept as 2.");
+}
+
 } // namespace
 } // namespace Storage

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What the storage plug-in offers beside the backend's operations, for programs that set
-// up and look at a repository: connecting, state, a listing with sizes and revisions.
+// up and look at a repository: connecting, state, listings with sizes and hashes, history,
+// and the check of everything that it holds.
 //
 // The plug-in's module exports GetRepositoryAdministration; a plug-in without that export
 // is used through the backend's operations alone.  The object lives as long as the module
@@ -10,7 +11,9 @@
 #include "platform/Export.h"
 #include "platform/text/Text.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <string_view>
 #include <vector>
 
 namespace Storage {
@@ -28,7 +31,8 @@ enum class Problem : std::int32_t {
     Full,         // no space left
     Integrity,    // content does not fit its hash, or the file is damaged
     Refused,      // what was sent is not acceptable: a name, a size, a text
-    Internal
+    Internal,
+    Interrupted // the user stopped it
 };
 
 struct RepositoryState {
@@ -61,8 +65,43 @@ struct StoredFile {
 struct StoredGS {
     CString name;               // empty: the default one
     std::int64_t sizeBytes = 0; // of its UTF-8 form
+    CString sha256;             // of its UTF-8 form; hexadecimal, lower case
     std::int64_t revision = 0;
     CString time;
+};
+
+// One revision: a write that changed something.
+struct RevisionEntry {
+    std::int64_t number = 0;
+    CString time; // UTC; for people only, the order is that of the numbers
+    CString user;
+    CString workstation;
+    CString program;
+    CString operation;      // the backend's operation: "AddRepositoryFiles", "SaveGS", ...
+    CString subject;        // what it was done to: kinds, a name, tag/identifier
+    std::int64_t files = 0; // that came with it, those of kinds and those of items
+    std::int64_t bytes = 0; // of these files and of a general-settings text
+};
+
+// A file that somebody wants to send.
+struct NamedFile {
+    CString kind; // its identifier; those of drawings and of configuration files differ
+    CString name;
+    std::uint64_t sizeBytes = 0;
+};
+
+// Something wrong in a repository, in the user's language.
+struct Finding {
+    CString where;
+    CString what;
+};
+
+// What a check has looked at, history included.
+struct CheckCounts {
+    std::int64_t contents = 0;
+    std::int64_t files = 0;
+    std::int64_t revisions = 0;
+    std::int64_t bytes = 0; // of the contents that fit their hash
 };
 
 class ZEBX_EXPORT RepositoryAdministration {
@@ -81,6 +120,29 @@ public:
     // by case-folded name.  On failure the lists are empty.
     virtual Problem List(std::vector<StoredFile>& files, std::vector<StoredGS>& settings,
                          CString& problemText) = 0;
+
+    // The revisions below `before` (0: from the newest), newest first, at most `count`.  On
+    // failure the list is empty.
+    virtual Problem Revisions(std::int64_t before, std::size_t count,
+                              std::vector<RevisionEntry>& revisions, CString& problemText) = 0;
+
+    // Applies the rules for names and sizes that sending applies, against what the repository
+    // holds and among the files themselves, and sends nothing.  Refused: a line for each file
+    // that sending would refuse.  A name that is given twice is none: their contents decide.
+    virtual Problem CheckNames(const std::vector<NamedFile>& files, CString& problemText) = 0;
+
+    // The hash under which a content is stored: SHA-256, lower-case hexadecimal.  Needs no
+    // repository; empty when there is no memory.
+    virtual CString HashOf(std::string_view bytes) = 0;
+
+    // Reads the whole repository, history included, and says what is wrong with it: the
+    // engine's own file, every content against its hash and size, every reference, every name,
+    // the order of the revisions and the counters.  A finding does not stop it; after a thousand
+    // the rest is told as one.  Writes nothing.  None: it ran to its end, also with findings.
+    // Integrity: it is damaged in a way in which it cannot even be opened.  Takes as long as
+    // reading everything; holds one content in memory at a time.
+    virtual Problem Check(std::vector<Finding>& findings, CheckCounts& counts,
+                          CString& problemText) = 0;
 
     // The last problem that the backend met, a file that was left out of an item included,
     // and forgets it; None when there was none since the last call.  What this object's own
