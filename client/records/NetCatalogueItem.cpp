@@ -76,12 +76,13 @@ int CNetCatalogueItem::Deserialize(const char16_t* text) {
         document.SetText(text);
         if (!document.FindElement(u"nci"))
             return 0;
-        m_catalogueId = document.GetAttribute(u"catId");
-        m_catalogueTag = document.GetAttribute(u"catTag");
+        // By way of the setters, so that a reference to NUL ends a text as a NUL does.
+        SetCatalogueId(document.GetAttribute(u"catId").c_str());
+        SetCatalogueTag(document.GetAttribute(u"catTag").c_str());
         m_isGroup = Platform::ToInteger(document.GetAttribute(u"isGroup"));
-        m_parentId = document.GetAttribute(u"parentId");
-        m_name = document.GetAttribute(u"strName");
-        m_catalogueName = document.GetAttribute(u"catName");
+        SetParentId(document.GetAttribute(u"parentId").c_str());
+        SetName(document.GetAttribute(u"strName").c_str());
+        SetCatalogueName(document.GetAttribute(u"catName").c_str());
         m_itemContent = DecodeBase64Text(document.GetAttribute(u"content"));
         ReadFiles(DecodeBase64Text(document.GetAttribute(u"files")), m_files);
         return 1;

@@ -146,6 +146,16 @@ TEST(NetCatalogueItem, AnAbsentAttributeReadsAsTheEmptyText) {
     ExpectEqual(item, CNetCatalogueItem());
 }
 
+TEST(NetCatalogueItem, AReferenceToNulEndsItsText) {
+    const CNetCatalogueItem item = Deserialized(u"<nci catId='a&#0;b' catTag='c&#x0;d' "
+                                                u"parentId='&#0;' strName='e&#0;' catName='f'/>");
+    EXPECT_EQ(item.GetCatalogueId(), u"a");
+    EXPECT_EQ(item.GetCatalogueTag(), u"c");
+    EXPECT_EQ(item.GetParentId(), u"");
+    EXPECT_EQ(item.GetName(), u"e");
+    EXPECT_EQ(item.GetCatalogueName(), u"f");
+}
+
 TEST(NetCatalogueItem, TheFirstElementOfTheNameIsRead) {
     EXPECT_EQ(Deserialized(u"<x/><nci catId='1'/><nci catId='2'/>").GetCatalogueId(), u"1");
 }
