@@ -3,6 +3,7 @@
 
 #include "TransferSteps.h"
 
+#include "ZEBXRepositoryClient/LocalContent.h"
 #include "client/records/RepositoryFileWriter.h"
 #include "client/util/Border.h"
 #include "platform/os/File.h"
@@ -20,8 +21,8 @@ RepositoryFiles CollectConfigurationFiles(CFOCMetadata& kind, const char16_t* or
         return files;
     }
     const FileLabel label{u"FOC", originId, kind.GetId(), FileTypeFOC};
-    for (const CString& name : kind.GetFileNames())
-        CollectFile(KindFolder(kind) + name, label, files);
+    for (const CString& path : LocalPaths(kind))
+        CollectFile(path, label, files);
     return files;
 }
 
@@ -32,7 +33,7 @@ int CRepositoryStorageManager::LoadFOC(const char16_t* id, int loadDependents) {
         const auto kind = GetFOCMetadataById(id);
         if (!kind)
             return 1; // kept: when loading, an unknown kind is not an error
-        const CString folder = KindFolder(*kind);
+        const CString folder = LocalFolder(*kind);
         Platform::CreateFolderChain(folder);
         std::vector<CString> fileIds;
         if (!Backend()->GetRepositoryFileIds(kContentFOC, id, fileIds))

@@ -3,10 +3,10 @@
 
 #include "TransferSteps.h"
 
+#include "ZEBXRepositoryClient/LocalContent.h"
 #include "client/records/RepositoryFileWriter.h"
 #include "client/util/Border.h"
 #include "platform/os/File.h"
-#include "platform/os/FileSearch.h"
 #include "platform/text/Fill.h"
 
 namespace Repository {
@@ -17,28 +17,19 @@ using ZEBGis::Workspace::MessageWarning;
 
 constexpr int kMsgPatternMatchesNothing = 10384;
 
-// Everything that matches is tried: folders, "." and ".." simply do not load.
-void CollectMatches(const CString& pattern, const FileLabel& label, RepositoryFiles& files) {
-    const auto names = Platform::FindFiles(pattern);
-    if (names.empty()) {
-        const CString text =
-            ZEBGis::CModuleConfiguration::Instance()->GetMsg(kMsgPatternMatchesNothing);
-        LogLine(MessageWarning, Platform::Fill(u"%s (%s)", {text, pattern}));
-    }
-    const CString folder =
-        pattern.substr(0, pattern.find_last_of(u"\\/") + 1); // cut as FindFiles cuts
-    for (const CString& name : names)
-        CollectFile(folder + name, label, files);
-}
-
+// Every path is tried: folders, "." and ".." simply do not load.
 RepositoryFiles CollectDrawings(const CNCFMetadata& kind, const char16_t* originId) {
     const FileLabel label{u"NCF", originId, kind.GetId(), FileTypeNCF};
-    const CString path = KindFolder(kind) + kind.GetFile();
+    const std::vector<CString> paths = LocalPaths(kind);
+    if (paths.empty()) {
+        const CString text =
+            ZEBGis::CModuleConfiguration::Instance()->GetMsg(kMsgPatternMatchesNothing);
+        const CString pattern = LocalFolder(kind) + kind.GetFile();
+        LogLine(MessageWarning, Platform::Fill(u"%s (%s)", {text, pattern}));
+    }
     RepositoryFiles files;
-    if (kind.GetType() == NCFTypeSingleFile)
+    for (const CString& path : paths)
         CollectFile(path, label, files);
-    else
-        CollectMatches(path, label, files);
     return files;
 }
 
@@ -62,7 +53,7 @@ int CRepositoryStorageManager::LoadNCF(const char16_t* id) {
         const auto kind = GetNCFMetadataById(id);
         if (!kind)
             return 1; // kept: when loading, an unknown kind is not an error
-        const CString folder = KindFolder(*kind);
+        const CString folder = LocalFolder(*kind);
         Platform::CreateFolderChain(folder);
         std::vector<CString> fileIds;
         if (!Backend()->GetRepositoryFileIds(kContentNCF, id, fileIds))

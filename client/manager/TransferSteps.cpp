@@ -22,11 +22,6 @@ void LogFailure(int msgNum, const CString& what) {
 
 } // namespace
 
-CString BaseFolderPath(enmBaseFolder baseFolder) {
-    return CModuleConfiguration::Instance()->GetPath(baseFolder == BaseFolderInstall ? u"install"
-                                                                                     : u"support");
-}
-
 void CollectFile(const CString& path, const FileLabel& label, RepositoryFiles& files) {
     const auto file = boost::make_shared<CRepositoryFile>();
     if (!file->LoadFile(path.c_str()))

@@ -1,31 +1,13 @@
 // SPDX-License-Identifier: MIT
 // The steps that the transfers of drawings (NCF) and of configuration files (FOC) share:
-// where a kind's files lie, which kinds take part, how a file is collected and labelled,
-// and the lines of the workspace log.
+// how a file is collected and labelled, and the lines of the workspace log.
 #pragma once
 
 #include "ZEBXGisCore/ModuleConfiguration.h"
-#include "ZEBXRepositoryClient/ContentKinds.h"
 #include "ZEBXRepositoryClient/StorageBackend.h"
 #include "ZEBXWorkspaceCore/WsManager.h"
 
 namespace Repository {
-
-// The installation folder for base folder 0, the support folder for any other value.
-CString BaseFolderPath(enmBaseFolder baseFolder);
-
-template<class Kind>
-CString KindFolder(const Kind& kind) {
-    return BaseFolderPath(kind.GetBaseFolder()) + kind.GetSubfolder();
-}
-
-// Whether the kind takes part when everything is transferred: a mandatory kind always, an
-// optional one when the installation has switched it on.
-template<class Kind>
-bool IsEnabled(const Kind& kind) {
-    return !kind.IsOptional() ||
-           ZEBGis::CModuleConfiguration::Instance()->IsMetadataIdEnabled(kind.GetId().c_str());
-}
 
 // What marks a file as one of its kind's.
 struct FileLabel {

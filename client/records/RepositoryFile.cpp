@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEBXRepositoryClient/RepositoryFile.h"
 
+#include "ZEBXRepositoryClient/LocalContent.h"
 #include "client/records/RepositoryFileRecord.h"
 #include "client/records/RepositoryFileWriter.h"
 #include "client/util/AnsiText.h"
@@ -77,6 +78,17 @@ void ReadRecord(CRepositoryFile& file, CStringView record) {
     ReadFields(file, record);
 }
 
+bool ReadLocalFile(const CString& path, CString& name, std::string& bytes) {
+    bytes.clear();
+    return AtBorder(false, [&] {
+        const auto sizeBytes = Platform::FileSize(path);
+        if (!sizeBytes || *sizeBytes >= kUnreadableBytes || Platform::ReadFile(path, bytes))
+            return false;
+        name = Platform::FileNameOf(path);
+        return true;
+    });
+}
+
 void CRepositoryFile::SetFileContent(std::string base64) {
     m_isSaved = 0;
     m_fileContent = std::move(base64);
@@ -85,12 +97,10 @@ void CRepositoryFile::SetFileContent(std::string base64) {
 int CRepositoryFile::LoadFile(const char16_t* path) {
     SetFileContent({});
     return AtBorder(0, [&] {
-        const CStringView source = Platform::TextOf(path);
-        const auto sizeBytes = Platform::FileSize(source);
+        CString name;
         std::string bytes;
-        if (!sizeBytes || *sizeBytes >= kUnreadableBytes || Platform::ReadFile(source, bytes))
+        if (!ReadLocalFile(Platform::TextOf(path), name, bytes))
             return 0;
-        CString name = Platform::FileNameOf(source);
         m_fileContent = EncodeBase64(bytes);
         m_fileName = std::move(name);
         return 1;
