@@ -78,7 +78,7 @@ void ReadRecord(CRepositoryFile& file, CStringView record) {
     ReadFields(file, record);
 }
 
-bool ReadLocalFile(const CString& path, CString& name, std::string& bytes) {
+bool ReadLocalFile(CStringView path, CString& name, std::string& bytes) {
     bytes.clear();
     return AtBorder(false, [&] {
         const auto sizeBytes = Platform::FileSize(path);

@@ -27,6 +27,6 @@ ZEBX_EXPORT std::vector<CString> LocalPaths(CFOCMetadata& kind);
 // Reads a whole file as it is sent: its content, and as its name the part of the path behind
 // the last "\".  False, with `name` as it was and `bytes` empty, when it cannot be opened and
 // read, is no regular file, or has 4 GiB or more.
-ZEBX_EXPORT bool ReadLocalFile(const CString& path, CString& name, std::string& bytes);
+ZEBX_EXPORT bool ReadLocalFile(CStringView path, CString& name, std::string& bytes);
 
 } // namespace Repository
