@@ -9,9 +9,10 @@
 namespace App {
 namespace {
 
-[[noreturn]] void Refuse(const CString& text, const Verb* verb) {
-    const CString hint = verb ? Text(Message::SeeVerbHelp, {Platform::FromUtf8(verb->name)})
-                              : Text(Message::SeeHelp);
+// `verb`: of which the help tells more; empty: the program's.
+[[noreturn]] void Refuse(const CString& text, const std::string& verb) {
+    const CString hint = verb.empty() ? Text(Message::SeeHelp)
+                                      : Text(Message::SeeVerbHelp, {Platform::FromUtf8(verb)});
     throw AppError(ExitStatus::Usage, text + u"\n" + hint);
 }
 
@@ -33,8 +34,24 @@ public:
     Invocation Parse(const std::vector<std::string>& arguments);
 
 private:
+    // "repo check" is a verb of the group "repo", which is none itself.
+    CLI::App& ParentOf(const Verb& verb) {
+        const std::string group = GroupOf(verb);
+        if (group.empty())
+            return m_app;
+        CLI::App*& app = m_groups[group];
+        if (!app) {
+            app = m_app.add_subcommand(group);
+            app->set_help_flag();
+            app->allow_extras();
+            app->require_subcommand(0, 1);
+        }
+        return *app;
+    }
+
     void Add(const Verb& verb) {
-        CLI::App* sub = m_app.add_subcommand(verb.name);
+        CLI::App* sub = ParentOf(verb).add_subcommand(LastWordOf(verb));
+        m_verbs.emplace_back(&verb, sub);
         sub->set_help_flag();
         sub->allow_extras();
         sub->add_option("WORDS", m_words);
@@ -51,25 +68,47 @@ private:
     }
 
     const Verb* FoundVerb() const {
-        for (const Verb& verb : Verbs()) {
-            if (m_app.got_subcommand(verb.name))
-                return &verb;
-        }
-        return nullptr;
+        const auto found =
+            std::ranges::find_if(m_verbs, [](const auto& each) { return each.second->parsed(); });
+        return found == m_verbs.end() ? nullptr : found->first;
+    }
+
+    std::string FoundGroup() const {
+        const auto found =
+            std::ranges::find_if(m_groups, [](const auto& each) { return each.second->parsed(); });
+        return found == m_groups.end() ? std::string() : found->first;
     }
 
     CLI::App m_app;
+    std::map<std::string, CLI::App*> m_groups;
+    std::vector<std::pair<const Verb*, CLI::App*>> m_verbs;
     std::vector<std::string> m_words;
     std::map<const Option*, std::string> m_values;
     std::vector<std::pair<const Option*, CLI::Option*>> m_options;
 };
 
-void RefuseLeftOvers(const std::vector<std::string>& leftOver, const Verb* verb) {
+void RefuseLeftOvers(const std::vector<std::string>& leftOver, const Invocation& invocation) {
     if (leftOver.empty())
         return;
-    const CString word = Platform::FromUtf8(leftOver.front());
-    Refuse(Text(word.starts_with(u'-') ? Message::UnknownOption : Message::UnknownVerb, {word}),
-           verb);
+    const std::string& word = leftOver.front();
+    const std::string& group = invocation.group;
+    if (word.starts_with('-'))
+        Refuse(Text(Message::UnknownOption, {Platform::FromUtf8(word)}),
+               invocation.verb ? invocation.verb->name : group);
+    Refuse(
+        Text(Message::UnknownVerb, {Platform::FromUtf8(group.empty() ? word : group + " " + word)}),
+        group);
+}
+
+[[noreturn]] void RefuseWithoutVerb(const std::string& group) {
+    if (group.empty())
+        Refuse(Text(Message::NoVerb), {});
+    CString verbs;
+    for (const Verb& verb : Verbs()) {
+        if (GroupOf(verb) == group)
+            verbs += (verbs.empty() ? u"" : u", ") + Platform::FromUtf8(LastWordOf(verb));
+    }
+    Refuse(Text(Message::WordMissing, {Platform::FromUtf8(group), verbs}), group);
 }
 
 // What the library alone notices: "--config: 1 required TEXT missing" and, without a colon,
@@ -78,8 +117,8 @@ void RefuseLeftOvers(const std::vector<std::string>& leftOver, const Verb* verb)
     const CString text = Platform::FromUtf8(error.what());
     const auto colon = text.find(u':');
     if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) && colon != CString::npos)
-        Refuse(Text(Message::OptionWithoutValue, {text.substr(0, colon)}), nullptr);
-    Refuse(Text(Message::NotUnderstood, {text}), nullptr);
+        Refuse(Text(Message::OptionWithoutValue, {text.substr(0, colon)}), {});
+    Refuse(Text(Message::NotUnderstood, {text}), {});
 }
 
 void CheckWords(const std::vector<CString>& words, const Verb& verb) {
@@ -87,11 +126,11 @@ void CheckWords(const std::vector<CString>& words, const Verb& verb) {
                              : verb.words == Words::None ? 0
                                                          : 1;
     if (words.size() > most)
-        Refuse(Text(Message::OneWordTooMany, {words[most]}), &verb);
+        Refuse(Text(Message::OneWordTooMany, {words[most]}), verb.name);
     if (verb.words == Words::One && words.empty())
         Refuse(Text(Message::WordMissing,
                     {Platform::FromUtf8(verb.name), Platform::FromUtf8(verb.wordsName)}),
-               &verb);
+               verb.name);
 }
 
 Invocation Parser::Parse(const std::vector<std::string>& arguments) {
@@ -104,14 +143,15 @@ Invocation Parser::Parse(const std::vector<std::string>& arguments) {
         m_words.insert(m_words.end(), dashes + 1, arguments.end());
     Invocation invocation;
     invocation.verb = FoundVerb();
-    RefuseLeftOvers(m_app.remaining(true), invocation.verb);
+    invocation.group = FoundGroup();
+    RefuseLeftOvers(m_app.remaining(true), invocation);
     for (const auto& [option, parsed] : m_options) {
         if (parsed->count() == 0)
             continue;
         const CString value = Platform::FromUtf8(m_values[option]);
         if (option->valueName && value.empty())
             Refuse(Text(Message::OptionWithoutValue, {Platform::FromUtf8(option->name)}),
-                   invocation.verb);
+                   invocation.verb ? invocation.verb->name : "");
         invocation.options[option->name] = value;
     }
     for (const std::string& word : m_words)
@@ -132,7 +172,7 @@ Invocation ParseCommandLine(const std::vector<std::string>& arguments) {
     if (invocation.help)
         return invocation;
     if (!invocation.verb)
-        Refuse(Text(Message::NoVerb), nullptr);
+        RefuseWithoutVerb(invocation.group);
     CheckWords(invocation.words, *invocation.verb);
     return invocation;
 }

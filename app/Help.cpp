@@ -74,6 +74,21 @@ void PrintHelp(std::ostream& out) {
     PrintWrapped(out, u"", Text(Message::HelpMore));
 }
 
+void PrintHelp(std::ostream& out, const std::string& group) {
+    std::vector<Example> examples;
+    std::vector<Entry> verbs;
+    for (const Verb& verb : Verbs()) {
+        if (GroupOf(verb) != group)
+            continue;
+        examples.insert(examples.end(), verb.examples.begin(), verb.examples.end());
+        verbs.push_back({NameOf(verb), Text(verb.summary)});
+    }
+    PrintEntries(out, Message::HelpExamples, EntriesOf(examples));
+    PrintEntries(out, Message::HelpVerbs, verbs);
+    out << '\n';
+    PrintWrapped(out, u"", Text(Message::HelpMore));
+}
+
 void PrintHelp(std::ostream& out, const Verb& verb) {
     PrintWrapped(out, u"zebx " + NameOf(verb) + u": ", Text(verb.summary));
     PrintEntries(out, Message::HelpExamples, EntriesOf(verb.examples));

@@ -4,14 +4,17 @@
 #include "app/CommandLine.h"
 #include "app/Help.h"
 #include "app/Print.h"
+#include "app/Report.h"
 
 #include "platform/os/Environment.h"
 #include "platform/text/Numbers.h"
 #include "platform/text/Utf8.h"
 
+#include <algorithm>
 #include <boost/make_shared.hpp>
 #include <iostream>
 #include <new>
+#include <sstream>
 
 namespace App {
 namespace {
@@ -32,84 +35,135 @@ void ApplySettings(const Invocation& invocation) {
     }
 }
 
-void ShowSettingsProblems(std::ostream& err, bool colour) {
+// As messages that do not go to the log file: they come up again at each run.
+void TellSettingsProblems(const std::vector<boost::shared_ptr<IWsSink>>& sinks) {
     for (const auto& problem : UserSettings::Instance()->Problems()) {
         CString place = ShownPath(problem.file);
         if (problem.line > 0)
             place += u":" + Platform::ToText(problem.line);
-        ShowMessage(err, colour, MessageWarning,
-                    Text(Message::SettingsProblem, {place, problem.text}));
+        CWsMessage message;
+        message.type = MessageWarning;
+        message.text = Text(Message::SettingsProblem, {place, problem.text});
+        for (const auto& sink : sinks)
+            sink->Write(message);
     }
 }
 
-ExitStatus RunVerb(const Invocation& invocation, std::ostream& out, std::ostream& err) {
-    const bool colour = TakesColours(err);
-    ShowSettingsProblems(err, colour);
+ExitStatus RunVerb(const Invocation& invocation, std::ostream& out, std::ostream& err,
+                   Report& report) {
+    const auto terminal = boost::make_shared<TerminalSink>(err, TakesColours(err));
+    const auto keeper = boost::make_shared<ReportSink>(report);
+    TellSettingsProblems({terminal, keeper});
     const auto counter = boost::make_shared<CountingSink>();
     const SinkGuard counting(counter);
-    const auto terminal = boost::make_shared<TerminalSink>(err, colour);
     const SinkGuard showing(terminal);
-    const SinkGuard keeping(boost::make_shared<CWsLogFile>(
+    const SinkGuard keeping(keeper);
+    const SinkGuard logging(boost::make_shared<CWsLogFile>(
         UserSettings::Instance()->Get(Platform::Setting::WorkspaceLog).value));
-    Session session{out, err, *counter};
+    Session session{out, err, *counter, report.result};
     try {
         return invocation.verb->run(session, invocation);
     } catch (const AppError& error) {
         // The plug-in may have logged what stops the verb already: once is enough.
-        if (terminal->HasShown(error.Text()))
-            return error.Status();
-        throw;
+        if (!terminal->HasShown(error.Text()))
+            throw;
+        report.SetError(error.Status(), error.Text());
+        return error.Status();
     }
 }
 
-ExitStatus Run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
+ExitStatus Help(const Invocation& invocation, std::ostream& out, Report& report) {
+    std::ostringstream text;
+    if (invocation.verb)
+        PrintHelp(text, *invocation.verb);
+    else if (!invocation.group.empty())
+        PrintHelp(text, invocation.group);
+    else
+        PrintHelp(text);
+    out << text.str();
+    report.verb = "help";
+    report.result = {{"text", text.str()}};
+    return ExitStatus::Done;
+}
+
+ExitStatus Run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err,
+               Report& report) {
     UserSettings::Instance()->Reset();
     const Invocation invocation = ParseCommandLine(arguments);
     ApplySettings(invocation);
+    if (invocation.verb)
+        report.verb = invocation.verb->name;
     if (const CString missing = MissingTexts(); !missing.empty())
         throw AppError(ExitStatus::Configuration, missing);
-    ExitStatus status = ExitStatus::Done;
-    if (!invocation.help)
-        status = RunVerb(invocation, out, err);
-    else if (invocation.verb)
-        PrintHelp(out, *invocation.verb);
-    else
-        PrintHelp(out);
-    if (!out.flush())
-        throw AppError(ExitStatus::LocalFile, Text(Message::OutputFailed));
+    return invocation.help ? Help(invocation, out, report) : RunVerb(invocation, out, err, report);
+}
+
+ExitStatus Fail(std::ostream& err, Report& report, ExitStatus status, const CString& text) {
+    // Without the table the text would be a number.
+    const CString missing = MissingTexts();
+    const CString& told = missing.empty() ? text : missing;
+    PrintLine(err, u"zebx: " + told);
+    status = missing.empty() ? status : ExitStatus::Configuration;
+    report.SetError(status, told);
     return status;
 }
 
-int Fail(std::ostream& err, ExitStatus status, const CString& text) {
-    const CString missing = MissingTexts();
-    PrintLine(err, u"zebx: " + (missing.empty() ? text : missing));
-    return static_cast<int>(missing.empty() ? status : ExitStatus::Configuration);
-}
-
 // For what went wrong inside: takes care not to fail in turn.
-int FailInside(std::ostream& err, Message message, const char* what) try {
-    return Fail(err, ExitStatus::Internal, Text(message, {Platform::FromUtf8(what)}));
+ExitStatus FailInside(std::ostream& err, Report& report, Message message, const char* what) try {
+    return Fail(err, report, ExitStatus::Internal, Text(message, {Platform::FromUtf8(what)}));
 } catch (...) {
     err << "zebx: internal error\n";
-    return static_cast<int>(ExitStatus::Internal);
+    return ExitStatus::Internal;
+}
+
+// Does `work`, which gives an exit status; whatever it throws is told and becomes one.
+template<typename Work>
+ExitStatus Guarded(std::ostream& out, std::ostream& err, Report& report, const Work& work) try {
+    try {
+        return work();
+    } catch (const AppError& error) {
+        out.flush(); // what was done comes before what was not
+        return Fail(err, report, error.Status(), error.Text());
+    }
+} catch (const std::bad_alloc&) {
+    return FailInside(err, report, Message::NoMemory, "");
+} catch (const std::exception& error) {
+    return FailInside(err, report, Message::InternalError, error.what());
+} catch (...) {
+    return FailInside(err, report, Message::InternalError, "?");
+}
+
+void CheckIsWritten(std::ostream& out) {
+    if (!out.flush())
+        throw AppError(ExitStatus::LocalFile, Text(Message::OutputFailed));
+}
+
+// Looked for before anything can go wrong, so that every failure has its document.
+bool AsksForJson(const std::vector<std::string>& arguments) {
+    const auto dashes = std::find(arguments.begin(), arguments.end(), "--");
+    return std::find(arguments.begin(), dashes, "--json") != dashes;
 }
 
 } // namespace
 
-int RunProgram(const std::vector<std::string>& arguments, std::ostream& out,
-               std::ostream& err) try {
-    try {
-        return static_cast<int>(Run(arguments, out, err));
-    } catch (const AppError& error) {
-        out.flush(); // what was done comes before what was not
-        return Fail(err, error.Status(), error.Text());
-    }
-} catch (const std::bad_alloc&) {
-    return FailInside(err, Message::NoMemory, "");
-} catch (const std::exception& error) {
-    return FailInside(err, Message::InternalError, error.what());
-} catch (...) {
-    return FailInside(err, Message::InternalError, "?");
+int RunProgram(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
+    Report report;
+    const bool json = AsksForJson(arguments);
+    std::ostream nowhere(nullptr);
+    std::ostream& text = json ? nowhere : out;
+    const ExitStatus status = Guarded(text, err, report, [&] {
+        const ExitStatus ended = Run(arguments, text, err, report);
+        if (!json)
+            CheckIsWritten(out);
+        return ended;
+    });
+    if (!json)
+        return static_cast<int>(status);
+    return static_cast<int>(Guarded(out, err, report, [&] {
+        WriteReport(out, report, status);
+        CheckIsWritten(out);
+        return status;
+    }));
 }
 
 } // namespace App

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// What a verb works with while it runs: the streams it was handed and the count of what
-// went to the workspace log.
+// What a verb works with while it runs: the streams it was handed, the place for its result,
+// and the count of what went to the workspace log.
 #pragma once
 
+#include "app/Json.h"
 #include "app/Sinks.h"
 
 #include <iosfwd>
@@ -10,9 +11,12 @@
 namespace App {
 
 struct Session {
-    std::ostream& out; // results
+    std::ostream& out; // the result as text; takes nothing in with --json
     std::ostream& err; // messages
     const CountingSink& log;
+    // The same result for --json, in the shape of docs/schemas/.  A verb sets it once, whole,
+    // and at the latest before it throws what came after the result.
+    Json& result;
 };
 
 } // namespace App

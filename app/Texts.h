@@ -160,7 +160,10 @@ enum class Message : int {
     ExampleLs = 21240,
     ExampleLsKind = 21241,
     ExampleRun = 21242,
-    ExampleVersion = 21243
+    ExampleVersion = 21243,
+
+    // Options of every verb
+    HelpJson = 21400
 };
 
 // The text, with its gaps filled by `values` in turn.

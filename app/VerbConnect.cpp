@@ -23,6 +23,10 @@ ExitStatus RunConnect(Session& session, const Invocation& invocation) {
         throw AppError(StatusOf(problem), problemText);
 
     const Storage::RepositoryState state = administration->State();
+    session.result = {{"address", state.address},
+                      {"revision", state.revision},
+                      {"files", state.files},
+                      {"mayWrite", state.mayWrite}};
     PrintLine(session.out,
               Text(Message::Connected,
                    {state.address, Platform::ToText(state.revision), Platform::ToText(state.files),

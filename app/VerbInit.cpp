@@ -36,12 +36,17 @@ void AddFolders(const Kinds& kinds, std::vector<CString>& folders) {
     }
 }
 
-void MakeFolder(const Session& session, const CString& folder, Platform::Access access) {
+void TellMade(Session& session, const CString& path) {
+    PrintLine(session.out, Text(Message::Made, {ShownPath(path)}));
+    session.result["made"].push_back(ShownPath(path));
+}
+
+void MakeFolder(Session& session, const CString& folder, Platform::Access access) {
     const bool wasThere = Platform::KindOfPath(folder) == Platform::PathKind::Folder;
     if (!Platform::CreateFolderChain(folder, access))
         throw AppError(ExitStatus::LocalFile, Text(Message::NotMade, {ShownPath(folder)}));
     if (!wasThere)
-        PrintLine(session.out, Text(Message::Made, {ShownPath(folder)}));
+        TellMade(session, folder);
 }
 
 } // namespace
@@ -60,6 +65,7 @@ ExitStatus RunInit(Session& session, const Invocation&) {
     std::vector<CString> folders = {ZEBGis::CModuleConfiguration::Instance()->GetPath(u"support")};
     AddFolders(manager.GetNCFMetadata(), folders);
     AddFolders(manager.GetFOCMetadata(), folders);
+    session.result = {{"made", Json::array()}, {"settings", ShownPath(file)}};
     for (const CString& folder : folders)
         MakeFolder(session, folder, Platform::Access::Shared);
     MakeFolder(session, CString(Platform::FolderOf(file)), Platform::Access::Private);
@@ -68,7 +74,7 @@ ExitStatus RunInit(Session& session, const Invocation&) {
     if (failure)
         throw AppError(ExitStatus::LocalFile, Text(Message::NotMade, {ShownPath(file)}) + u"\n  " +
                                                   Platform::FromUtf8(failure.message()));
-    PrintLine(session.out, Text(Message::Made, {ShownPath(file)}));
+    TellMade(session, file);
     PrintLine(session.out, Text(Message::NextIsConnect));
     return ExitStatus::Done;
 }

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <ostream>
+#include <utility>
 
 namespace App {
 namespace {
@@ -30,6 +31,16 @@ std::vector<CString> RowOf(const StoredEntry& entry) {
             isGs ? CString() : OrDash(entry.file)};
 }
 
+Json JsonOf(const StoredEntry& entry) {
+    return {{"selection", WordFor(entry.group, entry.kind)},
+            {"group", WordFor(entry.group, u"")},
+            {"name", OrNull(entry.kind)},
+            {"file", OrNull(entry.file)},
+            {"bytes", entry.isFile ? Json(entry.sizeBytes) : Json()},
+            {"revision", entry.revision > 0 ? Json(entry.revision) : Json()},
+            {"time", OrNull(entry.time)}};
+}
+
 } // namespace
 
 ExitStatus RunLs(Session& session, const Invocation& invocation) {
@@ -45,6 +56,7 @@ ExitStatus RunLs(Session& session, const Invocation& invocation) {
                  {Text(Message::TitleRevision), Align::Right},
                  {Text(Message::TitleTime)},
                  {Text(Message::TitleFile)}});
+    Json entries = Json::array();
     std::int64_t files = 0;
     std::int64_t bytes = 0;
     for (const StoredEntry& entry : ListRepository(storage)) {
@@ -52,9 +64,11 @@ ExitStatus RunLs(Session& session, const Invocation& invocation) {
         if (std::ranges::none_of(selection, covers))
             continue;
         table.Add(RowOf(entry));
+        entries.push_back(JsonOf(entry));
         files += entry.isFile ? 1 : 0;
         bytes += entry.sizeBytes;
     }
+    session.result = {{"entries", std::move(entries)}, {"files", files}, {"bytes", bytes}};
     if (!table.IsEmpty())
         table.Print(session.out);
     PrintLine(session.out,

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <ostream>
+#include <utility>
 
 namespace App {
 namespace {
@@ -72,19 +73,27 @@ private:
 };
 
 // A file has one line in the log, written or failed.
-void PrintResult(std::ostream& out, const OpenStorage& storage, const TransferResult& result) {
+void GiveResult(Session& session, const OpenStorage& storage, const TransferResult& result) {
     using Align = Table::Align;
     Table table({{Text(Message::TitleSelection)},
                  {Text(Message::TitleFiles), Align::Right},
                  {Text(Message::TitleFailures), Align::Right}});
-    for (const Transferred& one : result.selections)
+    Json selections = Json::array();
+    for (const Transferred& one : result.selections) {
         table.Add({WordFor(one.selected), Platform::ToText(one.successes),
                    Platform::ToText(one.failures)});
-    table.Print(out);
+        selections.push_back({{"selection", WordFor(one.selected)},
+                              {"files", one.successes},
+                              {"failures", one.failures}});
+    }
+    table.Print(session.out);
+    session.result = {{"selections", std::move(selections)}, {"revision", nullptr}};
     auto* administration = storage.plugin.administration;
-    if (administration && storage.manager.IsRepositoryAccessible())
-        PrintLine(out,
-                  Text(Message::RevisionNow, {Platform::ToText(administration->State().revision)}));
+    if (!administration || !storage.manager.IsRepositoryAccessible())
+        return;
+    const std::int64_t revision = administration->State().revision;
+    PrintLine(session.out, Text(Message::RevisionNow, {Platform::ToText(revision)}));
+    session.result["revision"] = revision;
 }
 
 } // namespace
@@ -99,7 +108,7 @@ ExitStatus RunPull(Session& session, const Invocation& invocation) {
     CheckGsNames(selection, manager);
     const TransferResult result =
         Transfer(session, storage, selection, Pull(storage, invocation.words.empty()));
-    PrintResult(session.out, storage, result);
+    GiveResult(session, storage, result);
     return result.Status();
 }
 

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <ostream>
+#include <utility>
 
 namespace App {
 namespace {
@@ -110,39 +111,57 @@ std::vector<Total> Totals(const TransferResult& result, const std::vector<Stored
     return totals;
 }
 
-void PrintTotals(std::ostream& out, const std::vector<Total>& totals) {
+void GiveTotals(Session& session, const std::vector<Total>& totals) {
     using Align = Table::Align;
     Table table({{Text(Message::TitleSelection)},
                  {Text(Message::TitleStored), Align::Right},
                  {Text(Message::TitleChanged), Align::Right},
                  {Text(Message::TitleBytes), Align::Right},
                  {Text(Message::TitleFailures), Align::Right}});
-    for (const Total& total : totals)
+    Json selections = Json::array();
+    for (const Total& total : totals) {
         table.Add({total.word, Platform::ToText(total.files), Platform::ToText(total.changed),
                    Platform::ToText(total.bytes), Platform::ToText(total.failures)});
-    table.Print(out);
+        selections.push_back({{"selection", total.word},
+                              {"stored", total.files},
+                              {"changed", total.changed},
+                              {"bytes", total.bytes},
+                              {"failures", total.failures}});
+    }
+    table.Print(session.out);
+    session.result = {{"selections", std::move(selections)}};
 }
 
 // A storage without administration tells nothing of what it holds but the files themselves.
-void PrintFailures(std::ostream& out, const TransferResult& result) {
+void GiveFailures(Session& session, const TransferResult& result) {
     Table table(
         {{Text(Message::TitleSelection)}, {Text(Message::TitleFailures), Table::Align::Right}});
-    for (const Transferred& one : result.selections)
+    Json selections = Json::array();
+    for (const Transferred& one : result.selections) {
         table.Add({WordFor(one.selected), Platform::ToText(one.failures)});
-    table.Print(out);
+        selections.push_back({{"selection", WordFor(one.selected)},
+                              {"stored", nullptr},
+                              {"changed", nullptr},
+                              {"bytes", nullptr},
+                              {"failures", one.failures}});
+    }
+    table.Print(session.out);
+    session.result = {{"selections", std::move(selections)}, {"revision", nullptr}};
 }
 
-void PrintResult(std::ostream& out, const OpenStorage& storage, const TransferResult& result,
-                 std::int64_t revisionBefore) {
+void GiveResult(Session& session, const OpenStorage& storage, const TransferResult& result,
+                std::int64_t revisionBefore) {
     auto* administration = storage.plugin.administration;
     if (!administration || !storage.manager.IsRepositoryAccessible()) {
-        PrintFailures(out, result);
+        GiveFailures(session, result);
         return;
     }
-    PrintTotals(out, Totals(result, ListRepository(storage), revisionBefore));
+    GiveTotals(session, Totals(result, ListRepository(storage), revisionBefore));
     const std::int64_t revision = administration->State().revision;
-    PrintLine(out, Text(revision == revisionBefore ? Message::NothingChanged : Message::RevisionNow,
-                        {Platform::ToText(revision)}));
+    session.result["revision"] = revision;
+    PrintLine(session.out,
+              Text(revision == revisionBefore ? Message::NothingChanged : Message::RevisionNow,
+                   {Platform::ToText(revision)}));
 }
 
 } // namespace
@@ -160,7 +179,7 @@ ExitStatus RunPush(Session& session, const Invocation& invocation) {
     const std::int64_t revisionBefore = administration ? administration->State().revision : 0;
     const TransferResult result =
         Transfer(session, storage, selection, Push(session, storage, invocation.words.empty()));
-    PrintResult(session.out, storage, result, revisionBefore);
+    GiveResult(session, storage, result, revisionBefore);
     return result.Status();
 }
 

@@ -43,11 +43,19 @@ private:
 class PromptGuard {
 public:
     explicit PromptGuard(std::ostream& out) {
-        Platform::SetPromptWriter([&out](CStringView text) { Print(out, text); });
+        Platform::SetPromptWriter([this, &out](CStringView text) {
+            Print(out, text);
+            m_shown.append(text);
+        });
     }
     ~PromptGuard() { Platform::SetPromptWriter({}); }
     PromptGuard(const PromptGuard&) = delete;
     PromptGuard& operator=(const PromptGuard&) = delete;
+
+    const CString& Shown() const { return m_shown; }
+
+private:
+    CString m_shown;
 };
 
 [[noreturn]] void RefuseUnknown(const CString& name, const Platform::CommandRegistry& registry) {
@@ -74,6 +82,7 @@ ExitStatus RunCommand(Session& session, const Invocation& invocation) {
     command->handler();
     // Commands begin their lines with a line feed and leave the last one open.
     session.out << '\n';
+    session.result = {{"command", name}, {"output", prompt.Shown()}};
     return ExitStatus::Done;
 }
 

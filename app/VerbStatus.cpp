@@ -15,10 +15,27 @@ namespace {
 
 using Platform::Setting;
 
-// Labels and values, aligned when all of them are known.
+// Labels and values, aligned when all of them are known, and the same for --json.
 class Facts {
 public:
-    void Add(Message label, CString value) { m_facts.emplace_back(Text(label), std::move(value)); }
+    // Every field is there, null where nothing is known.
+    Facts() {
+        for (const char* field :
+             {"program", "installation", "support", "settings", "language", "plugin", "repository",
+              "engine", "reachable", "mayWrite", "revision", "revisionTime", "revisionUser",
+              "files", "contentBytes"})
+            m_json[field] = nullptr;
+    }
+
+    void Add(Message label, const CString& text, const char* field, const Json& value) {
+        m_facts.emplace_back(Text(label), text);
+        m_json[field] = value;
+    }
+    void Add(Message label, const CString& text, const char* field) {
+        Add(label, text, field, Json(text));
+    }
+    // Something beside the text of another fact.
+    void AddField(const char* field, const Json& value) { m_json[field] = value; }
 
     void Print(std::ostream& out) const {
         std::size_t width = 0;
@@ -27,9 +44,11 @@ public:
         for (const auto& [label, value] : m_facts)
             PrintLine(out, PadRight(label, width + 2) + value);
     }
+    const Json& AsJson() const { return m_json; }
 
 private:
     std::vector<std::pair<CString, CString>> m_facts;
+    Json m_json;
 };
 
 CString YesOrNo(bool yes) {
@@ -40,25 +59,30 @@ CString PathOf(Setting setting) {
     return Platform::UserSettings::Instance()->Get(setting).value;
 }
 
-CString PathAndWhetherThere(Setting setting) {
+void AddPath(Facts& facts, Message label, const char* field, Setting setting) {
     const CString path = PathOf(setting);
     const CString shown = ShownPath(path);
-    return Platform::PathExists(path) ? shown : shown + u" " + Text(Message::NotThere);
+    const bool exists = Platform::PathExists(path);
+    facts.Add(label, exists ? shown : shown + u" " + Text(Message::NotThere), field,
+              {{"path", shown}, {"exists", exists}});
 }
 
 void AddWorkstation(Facts& facts) {
-    facts.Add(Message::LabelProgram, Platform::FromUtf8(ZEBX_VERSION));
-    facts.Add(Message::LabelInstallation, PathAndWhetherThere(Setting::Install));
-    facts.Add(Message::LabelSupport, PathAndWhetherThere(Setting::Support));
-    facts.Add(Message::LabelSettings, PathAndWhetherThere(Setting::Config));
-    facts.Add(Message::LabelLanguage, PathOf(Setting::Language));
+    facts.Add(Message::LabelProgram, Platform::FromUtf8(ZEBX_VERSION), "program");
+    AddPath(facts, Message::LabelInstallation, "installation", Setting::Install);
+    AddPath(facts, Message::LabelSupport, "support", Setting::Support);
+    AddPath(facts, Message::LabelSettings, "settings", Setting::Config);
+    facts.Add(Message::LabelLanguage, PathOf(Setting::Language), "language");
 }
 
-CString RevisionOf(const Storage::RepositoryState& state) {
-    if (state.revision == 0)
-        return Text(Message::NoRevision);
-    return Platform::ToText(state.revision) + u", " + state.revisionTime + u", " +
-           state.revisionUser;
+void AddRevision(Facts& facts, const Storage::RepositoryState& state) {
+    facts.Add(Message::LabelRevision,
+              state.revision == 0 ? Text(Message::NoRevision)
+                                  : Platform::ToText(state.revision) + u", " + state.revisionTime +
+                                        u", " + state.revisionUser,
+              "revision", state.revision);
+    facts.AddField("revisionTime", OrNull(state.revisionTime));
+    facts.AddField("revisionUser", OrNull(state.revisionUser));
 }
 
 void AddRepository(Facts& facts, const OpenStorage& storage) {
@@ -67,21 +91,28 @@ void AddRepository(Facts& facts, const OpenStorage& storage) {
     const auto state = administration ? administration->State() : Storage::RepositoryState();
     const bool reachable = storage.manager.IsRepositoryAccessible() != 0;
     if (administration) {
-        facts.Add(Message::LabelRepository, state.address);
+        facts.Add(Message::LabelRepository, state.address, "repository");
         if (!state.engine.empty())
-            facts.Add(Message::LabelEngine, state.engine);
+            facts.Add(Message::LabelEngine, state.engine, "engine");
     }
-    facts.Add(Message::LabelReachable, YesOrNo(reachable));
+    facts.Add(Message::LabelReachable, YesOrNo(reachable), "reachable", reachable);
     if (!reachable)
         return;
-    facts.Add(Message::LabelRights,
-              Text(storage.manager.AmIAdmin() ? Message::RightsWrite : Message::RightsRead));
+    const bool mayWrite = storage.manager.AmIAdmin() != 0;
+    facts.Add(Message::LabelRights, Text(mayWrite ? Message::RightsWrite : Message::RightsRead),
+              "mayWrite", mayWrite);
     if (!administration)
         return;
-    facts.Add(Message::LabelRevision, RevisionOf(state));
-    facts.Add(Message::LabelFiles, Platform::ToText(state.files));
+    AddRevision(facts, state);
+    facts.Add(Message::LabelFiles, Platform::ToText(state.files), "files", state.files);
     facts.Add(Message::LabelContent,
-              Text(Message::ContentBytes, {Platform::ToText(state.contentBytes)}));
+              Text(Message::ContentBytes, {Platform::ToText(state.contentBytes)}), "contentBytes",
+              state.contentBytes);
+}
+
+void AddPlugin(Facts& facts, const CString& name, const CString& file) {
+    facts.Add(Message::LabelPlugin, name + u" (" + file + u")", "plugin",
+              {{"name", name}, {"file", file}});
 }
 
 } // namespace
@@ -92,13 +123,13 @@ ExitStatus RunStatus(Session& session, const Invocation&) {
     auto& manager = *Repository::CRepositoryStorageManager::Instance();
     const StoragePlugin plugin = FindStoragePlugin();
     if (manager.IsInitialized()) {
-        facts.Add(Message::LabelPlugin,
-                  manager.GetRepositroyStorageName() + u" (" + plugin.file + u")");
+        AddPlugin(facts, manager.GetRepositroyStorageName(), plugin.file);
         AddRepository(facts, {manager, plugin});
     } else {
-        facts.Add(Message::LabelPlugin, Text(Message::NoPlugin));
+        facts.Add(Message::LabelPlugin, Text(Message::NoPlugin), "plugin", Json());
     }
     facts.Print(session.out);
+    session.result = facts.AsJson();
     if (!Platform::PathExists(PathOf(Setting::Config)) ||
         !Platform::PathExists(PathOf(Setting::Support)))
         PrintLine(session.out, Text(Message::HintInit));

@@ -10,14 +10,16 @@
 
 #include <algorithm>
 #include <ostream>
+#include <utility>
 
 namespace App {
 namespace {
 
+// Empty when the file has no version record.
 CString VersionOf(const CString& path) {
     const auto version = Platform::ReadFileVersion(path);
     if (!version)
-        return Text(Message::NoVersion);
+        return {};
     CString text;
     for (const std::uint16_t part : *version)
         text += (text.empty() ? u"" : u".") + Platform::ToText(part);
@@ -35,8 +37,13 @@ ExitStatus RunVersion(Session& session, const Invocation&) {
     std::size_t width = 0;
     for (const auto& [name, version] : versions)
         width = std::max(width, WidthOf(name));
-    for (const auto& [name, version] : versions)
-        PrintLine(session.out, PadRight(name, width + 2) + version);
+    Json parts = Json::array();
+    for (const auto& [name, version] : versions) {
+        PrintLine(session.out, PadRight(name, width + 2) +
+                                   (version.empty() ? Text(Message::NoVersion) : version));
+        parts.push_back({{"name", name}, {"version", OrNull(version)}});
+    }
+    session.result = {{"parts", std::move(parts)}};
     return ExitStatus::Done;
 }
 

@@ -77,12 +77,24 @@ const std::vector<Verb>& Verbs() {
     return kVerbs;
 }
 
+std::string GroupOf(const Verb& verb) {
+    const std::string_view name = verb.name;
+    const auto blank = name.find(' ');
+    return std::string(blank == std::string_view::npos ? "" : name.substr(0, blank));
+}
+
+std::string LastWordOf(const Verb& verb) {
+    const std::string_view name = verb.name;
+    return std::string(name.substr(name.find(' ') + 1));
+}
+
 const std::vector<Option>& CommonOptions() {
     using Platform::Setting;
     static const std::vector<Option> kOptions = {
         {"--config", "FILE", Message::HelpConfig, Setting::Config},
         {"--install", "DIR", Message::HelpInstall, Setting::Install},
         {"--support", "DIR", Message::HelpSupport, Setting::Support},
+        {"--json", nullptr, Message::HelpJson},
         {"--help", nullptr, Message::HelpHelp},
     };
     return kOptions;

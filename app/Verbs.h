@@ -19,7 +19,8 @@ struct Verb;
 
 // What a command line said.
 struct Invocation {
-    const Verb* verb = nullptr; // null: help about the program
+    const Verb* verb = nullptr; // null: help about the group or the program
+    std::string group;          // "repo" of "repo check"; empty: none
     bool help = false;
     std::vector<CString> words;             // behind the verb
     std::map<std::string, CString> options; // by name; a flag's value is empty
@@ -43,7 +44,7 @@ struct Example {
 enum class Words { None, OneOrNone, One, Any };
 
 struct Verb {
-    const char* name;
+    const char* name; // one word or, in a group, two: "repo check"
     Words words;
     const char* wordsName;
     std::vector<Option> options;
@@ -56,6 +57,10 @@ struct Verb {
 
 // In the order in which a new user needs them.
 const std::vector<Verb>& Verbs();
+
+// Of "repo check": "repo" and "check".  Of a verb in no group: "" and its name.
+std::string GroupOf(const Verb& verb);
+std::string LastWordOf(const Verb& verb);
 
 // Taken by every verb, before or behind it.
 const std::vector<Option>& CommonOptions();

@@ -9,6 +9,8 @@ install(TARGETS zebxplatform ZEBXGisCore ZEBXLogging ZEBXWorkspaceCore ZEBXRepos
   EXPORT ZEBXRepositoryClientTargets
   LIBRARY DESTINATION ${ZEBX_MODULE_DIR} COMPONENT runtime)
 
+install(DIRECTORY docs/schemas DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/zebx COMPONENT runtime)
+
 install(DIRECTORY platform/ DESTINATION ${ZEBX_INCLUDE_DIR}/platform COMPONENT development
   FILES_MATCHING PATTERN "*.h" PATTERN "System*.h" EXCLUDE)
 install(DIRECTORY

@@ -29,7 +29,8 @@ protected:
         const SinkGuard guard(counter);
         std::ostringstream out;
         std::ostringstream err;
-        const Session session{out, err, *counter};
+        Json result;
+        const Session session{out, err, *counter, result};
         return Transfer(session, RequireStorage(), kThree, [&](const Selected& selected) {
             moved.push_back(WordFor(selected));
             return move(selected);
