@@ -12,15 +12,19 @@ inline constexpr std::string_view kAlphabet =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
 inline std::string Encode(std::string_view bytes) {
-    std::string bits;
-    for (const char byte : bytes)
-        for (int i = 7; i >= 0; --i)
-            bits += (byte >> i) & 1 ? '1' : '0';
-    while (bits.size() % 6 != 0)
-        bits += '0';
     std::string text;
-    for (std::size_t i = 0; i < bits.size(); i += 6)
-        text += kAlphabet[static_cast<std::size_t>(std::stoi(bits.substr(i, 6), nullptr, 2))];
+    unsigned value = 0;
+    unsigned bits = 0;
+    for (const char byte : bytes)
+        for (unsigned i = 8; i-- > 0;) {
+            value = value << 1 | (static_cast<unsigned char>(byte) >> i & 1u);
+            if (++bits % 6 == 0) {
+                text += kAlphabet[value];
+                value = 0;
+            }
+        }
+    if (bits % 6 != 0)
+        text += kAlphabet[value << (6 - bits % 6)];
     while (text.size() % 4 != 0)
         text += '=';
     return text;

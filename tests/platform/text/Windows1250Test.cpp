@@ -2,6 +2,7 @@
 #include "platform/text/Windows1250.h"
 
 #include "platform/text/Utf8.h"
+#include "support/Python.h"
 
 #include <array>
 #include <fstream>
@@ -81,6 +82,38 @@ TEST(Windows1250, TheTablesOfUnicodeAndWhatwgSayTheSame) {
         for (const auto& [byte, unit] : table)
             expected.at(static_cast<std::size_t>(byte)) = unit;
     EXPECT_EQ(FromAnsi(EveryByte()), CString(expected.begin(), expected.end()));
+}
+
+// Python has no character for the five bytes that windows-1250 leaves undefined, and no byte
+// for the control characters that they stand for here.
+TEST(Windows1250, PythonDecodesEveryOtherByteTheSame) {
+    const std::string units = PythonSays("import sys\n"
+                                         "for byte in range(256):\n"
+                                         "    unit = bytes([byte]).decode('cp1250', 'replace')\n"
+                                         "    sys.stdout.buffer.write(unit.encode('utf-8'))\n");
+    CString expected = Platform::FromUtf8(units);
+    ASSERT_EQ(expected.size(), 256u);
+    for (const std::size_t undefined : {0x81u, 0x83u, 0x88u, 0x90u, 0x98u}) {
+        EXPECT_EQ(expected[undefined], u'\uFFFD');
+        expected[undefined] = static_cast<char16_t>(undefined);
+    }
+    EXPECT_EQ(FromAnsi(EveryByte()), expected);
+}
+
+TEST(Windows1250, PythonEncodesEveryOtherCodeUnitTheSame) {
+    std::string expected =
+        PythonSays("import sys\n"
+                   "for unit in range(0x10000):\n"
+                   "    sys.stdout.buffer.write(chr(unit).encode('cp1250', 'replace'))\n");
+    ASSERT_EQ(expected.size(), 0x10000u);
+    CString units;
+    for (unsigned unit = 0; unit <= 0xFFFF; ++unit)
+        units += static_cast<char16_t>(unit);
+    for (const std::size_t undefined : {0x81u, 0x83u, 0x88u, 0x90u, 0x98u}) {
+        EXPECT_EQ(expected[undefined], '?');
+        expected[undefined] = static_cast<char>(undefined);
+    }
+    EXPECT_TRUE(ToAnsi(units) == expected);
 }
 
 TEST(Windows1250, UndefinedBytesAreControlCharactersOfTheSameValue) {
