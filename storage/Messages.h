@@ -40,6 +40,10 @@ enum class MessageNumber : int {
     NoSettingsFolder = 20043,
     SettingsCut = 20044, // path
 
+    // The pages of a repository file.
+    DamagedPage = 20050,     // path, page
+    NoPageChecksums = 20051, // path
+
     // File names. %1 is the name, %2 the kind or item that it belongs to.
     NameEmpty = 20100,
     NameIsFolder = 20101,

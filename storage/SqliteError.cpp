@@ -2,7 +2,9 @@
 #include "storage/SqliteError.h"
 
 #include "platform/os/Path.h"
+#include "platform/text/Numbers.h"
 #include "platform/text/Utf8.h"
+#include "storage/PageChecksumVfs.h"
 
 #include <cerrno>
 #include <sqlite3.h>
@@ -38,6 +40,22 @@ StorageError OpenError(int systemError, const CString& path, const CString& reas
     return {Problem::Unreachable, MessageNumber::Unreachable, {path, reason}};
 }
 
+StorageError PageError(const PageProblem& problem, const CString& path) {
+    switch (problem.fault) {
+    case PageFault::Damaged:
+        return {Problem::Integrity,
+                MessageNumber::DamagedPage,
+                {path, Platform::ToText(std::int64_t(problem.page))}};
+    case PageFault::NoChecksums:
+        return {Problem::Integrity, MessageNumber::NoPageChecksums, {path}};
+    case PageFault::OtherDatabase:
+        return {Problem::NotARepository, MessageNumber::OtherDatabase, {path}};
+    case PageFault::OtherFile:
+        break;
+    }
+    return {Problem::NotARepository, MessageNumber::OtherFile, {path}};
+}
+
 StorageError InputOutputError(int systemError, const CString& path, const CString& reason) {
     if (IsOutOfSpace(systemError))
         return {Problem::Full, MessageNumber::Full, {path}};
@@ -55,6 +73,9 @@ void ThrowSqliteError(sqlite3* database, int code, const CString& path) {
     const CString reason =
         Platform::FromUtf8(database ? sqlite3_errmsg(database) : sqlite3_errstr(code));
     const CString shown = ShownPath(path);
+    const auto page = TakePageProblem();
+    if (page && (code == SQLITE_IOERR_DATA || code == SQLITE_NOTADB))
+        throw PageError(*page, shown);
     switch (code & kPrimaryCode) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:

@@ -35,6 +35,8 @@ const std::map<MessageNumber, std::size_t> kMessages = {
     {MessageNumber::SettingsNotWritten, 2},
     {MessageNumber::NoSettingsFolder, 0},
     {MessageNumber::SettingsCut, 1},
+    {MessageNumber::DamagedPage, 2},
+    {MessageNumber::NoPageChecksums, 1},
     {MessageNumber::NameEmpty, 2},
     {MessageNumber::NameIsFolder, 2},
     {MessageNumber::NameSeparator, 2},

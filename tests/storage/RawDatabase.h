@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A database file of SQLite as any other program opens it.
+// A database file of SQLite as any other program opens it: without page checksums, which a
+// test that changes a repository adds with SealPages.
 #pragma once
 
 #include <sqlite3.h>
