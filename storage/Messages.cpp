@@ -7,8 +7,22 @@
 namespace Storage {
 namespace {
 
+// Names come from foreign files and repositories: a control character in one would end the
+// line, or the text, in which it is told.  Each has a picture in Unicode.
+CString Shown(CString value) {
+    for (char16_t& c : value) {
+        if (c < 32)
+            c = static_cast<char16_t>(0x2400 + c);
+        else if (c == 127)
+            c = 0x2421;
+    }
+    return value;
+}
+
 // Platform::Fill takes its values as a list; no message has more than three.
-CString FillAll(CStringView pattern, const std::vector<CString>& values) {
+CString FillAll(CStringView pattern, std::vector<CString> values) {
+    for (CString& text : values)
+        text = Shown(std::move(text));
     const auto value = [&](std::size_t i) { return CStringView(values[i]); };
     switch (values.size()) {
     case 0:
@@ -33,7 +47,7 @@ CString TextOf(const Message& message, Repository::IMsgProvider* provider) {
     }
     CString text = Platform::ToText(number);
     for (const CString& value : message.values)
-        text.append(u" ").append(value);
+        text.append(u" ").append(Shown(value));
     return text;
 }
 

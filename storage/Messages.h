@@ -41,8 +41,9 @@ enum class MessageNumber : int {
     SettingsCut = 20044, // path
 
     // The pages of a repository file.
-    DamagedPage = 20050,     // path, page
-    NoPageChecksums = 20051, // path
+    DamagedPage = 20050,        // path, page
+    NoPageChecksums = 20051,    // path
+    ContentPageDamaged = 20052, // name, kind, page
 
     // File names. %1 is the name, %2 the kind or item that it belongs to.
     NameEmpty = 20100,

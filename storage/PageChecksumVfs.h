@@ -17,8 +17,8 @@ inline constexpr int kPageChecksumBytes = 8; // at the end of the page
 inline constexpr std::uint32_t kApplicationId = 0x5A454258;
 
 // The name under which SQLite finds it; the first call registers it, and sqlite3_open_v2
-// fails when that did not work.  Throws Internal when there are no random numbers.  Files other than the database's own, the "-wal" among them,
-// go to the operating system's VFS as they are.
+// fails when that did not work.  Throws Internal when there are no random numbers.  Files other
+// than the database's own, the "-wal" among them, go to the operating system's VFS as they are.
 const char* PageChecksumVfs();
 
 // Why a read was refused.

@@ -50,6 +50,19 @@ void AddOrReplace(WriteCall& call, const Repository::CRepositoryFile& file, cons
     InsertFile(call, std::nullopt, 0, record);
 }
 
+// A page that is damaged says nothing to somebody who waits for a file.
+[[noreturn]] void ThrowForFile(SqlConnection& sql, std::int64_t id, const StorageError& error) {
+    const Message& message = error.Messages()[0];
+    if (message.number == MessageNumber::DamagedPage) {
+        const auto rows = sql.Query("SELECT name, origin_id FROM stored_file WHERE id = $1", {id});
+        if (rows->Next())
+            throw StorageError(Problem::Integrity, MessageNumber::ContentPageDamaged,
+                               {Platform::FromUtf8(rows->Text(0)),
+                                Platform::FromUtf8(rows->Text(1)), message.values[1]});
+    }
+    throw StorageError(error);
+}
+
 } // namespace
 
 void Store::RegisterContent(std::int32_t contentCode, CStringView kindId,
@@ -117,8 +130,13 @@ std::vector<CString> Store::FileIds(std::int32_t contentCode, CStringView kindId
 }
 
 RepositoryFilePtr Store::File(CStringView fileId) {
-    FileReader reader = FileReader::ById(*m_sql, ToRowId(fileId));
-    return reader.Next() ? reader.File() : nullptr;
+    const std::int64_t id = ToRowId(fileId);
+    try {
+        FileReader reader = FileReader::ById(*m_sql, id);
+        return reader.Next() ? reader.File() : nullptr;
+    } catch (const StorageError& error) {
+        ThrowForFile(*m_sql, id, error);
+    }
 }
 
 } // namespace Storage

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // From one workstation over a repository to another: what a new user does first.
 #include "Content.h"
+#include "support/PageSeals.h"
 
 #include <gmock/gmock.h>
 #include <sqlite3.h>
@@ -260,6 +261,7 @@ TEST_F(RoundTrip, DamagedContentIsToldAndNeverServed) {
               SQLITE_OK);
     EXPECT_EQ(sqlite3_changes(database), 1);
     sqlite3_close(database);
+    SealPages(ana.Folder() / "shared/network.db");
     const Ended pull = ivan.Zebx({"pull"});
     EXPECT_EQ(pull.status, 7) << pull;
     EXPECT_THAT(pull.err, HasSubstr("large.dwg"));

@@ -37,6 +37,7 @@ const std::map<MessageNumber, std::size_t> kMessages = {
     {MessageNumber::SettingsCut, 1},
     {MessageNumber::DamagedPage, 2},
     {MessageNumber::NoPageChecksums, 1},
+    {MessageNumber::ContentPageDamaged, 3},
     {MessageNumber::NameEmpty, 2},
     {MessageNumber::NameIsFolder, 2},
     {MessageNumber::NameSeparator, 2},
@@ -108,6 +109,15 @@ TEST(StorageMessages, ValuesFillTheGapsInTheirOrder) {
     EXPECT_EQ(TextOf({MessageNumber::NewerVersion, {u"/r.db", u"7", u"1"}}, &english),
               u"The repository /r.db has tables of version 7, and this program knows versions up "
               u"to 1. Install the newer program on this workstation.");
+}
+
+TEST(StorageMessages, WhatIsNoTextInAValueIsShownAndEndsNoLine) {
+    EnglishMessages english;
+    const CString name = {u'a', u'\0', u'\n', u'\x1b', u'\x7f', u'b'};
+    EXPECT_EQ(TextOf({MessageNumber::NoSuchItem, {name, u"T"}}, &english),
+              u"The item \"a\u2400\u240a\u241b\u2421b\" is not in the repository (T).");
+    EXPECT_EQ(TextOf({MessageNumber::NoSuchItem, {name, u"T"}}, nullptr),
+              u"20126 a\u2400\u240a\u241b\u2421b T");
 }
 
 TEST(StorageMessages, SeveralStandOneALine) {
