@@ -11,6 +11,7 @@ namespace App {
 
 enum class ExitStatus : int {
     Done = 0,
+    Different = 1,
     Usage = 2,
     Configuration = 3,
     NotReachable = 4,

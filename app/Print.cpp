@@ -41,6 +41,12 @@ CString ShownPath(CStringView path) {
     return Platform::FromUtf8(Platform::NativePath(path));
 }
 
+CString ShownTime(const CString& time) {
+    if (time.size() != 20 || time[10] != u'T')
+        return time;
+    return time.substr(0, 10) + u" " + time.substr(11, 5);
+}
+
 std::size_t WidthOf(CStringView text) {
     std::size_t width = 0;
     for (std::size_t i = 0; i < text.size(); ++i) {

@@ -20,6 +20,10 @@ void PrintLine(std::ostream& stream, CStringView text);
 // A path as people type it.
 CString ShownPath(CStringView path);
 
+// A time like "2026-11-21T08:05:19Z" to the minute, so that a line stays short; another text
+// stays as it is.
+CString ShownTime(const CString& time);
+
 // The columns that `text` takes: its code points.
 std::size_t WidthOf(CStringView text);
 

@@ -19,6 +19,13 @@ OpenStorage RequireStorage() {
     return {*manager, plugin};
 }
 
+Storage::RepositoryAdministration& RequireAdministration(const OpenStorage& storage) {
+    if (!storage.plugin.administration)
+        throw AppError(ExitStatus::Configuration,
+                       Text(Message::NoAdministration, {storage.plugin.file}));
+    return *storage.plugin.administration;
+}
+
 void RequireRepository(const OpenStorage& storage) {
     // The administration is asked first: what it tells, the backend does not log once more.
     if (auto* administration = storage.plugin.administration) {

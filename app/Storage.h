@@ -21,6 +21,9 @@ struct OpenStorage {
 // The manager with its storage.  Throws AppError (Configuration) without a plug-in.
 OpenStorage RequireStorage();
 
+// The administration; throws AppError (Configuration) when the plug-in offers none.
+Storage::RepositoryAdministration& RequireAdministration(const OpenStorage& storage);
+
 // Throws AppError when the repository cannot be used now, with the plug-in's own words.
 void RequireRepository(const OpenStorage& storage);
 

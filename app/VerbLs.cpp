@@ -16,19 +16,12 @@ CString OrDash(const CString& text) {
     return text.empty() ? CString(u"-") : text;
 }
 
-// "2026-11-21T08:05:19Z" to the minute, so that a line stays short.
-CString ShownTime(const CString& time) {
-    if (time.size() != 20 || time[10] != u'T')
-        return OrDash(time);
-    return time.substr(0, 10) + u" " + time.substr(11, 5);
-}
-
 std::vector<CString> RowOf(const StoredEntry& entry) {
     const bool isGs = entry.group == Group::GS;
     return {WordFor(entry.group, entry.kind),
             entry.isFile ? Platform::ToText(entry.sizeBytes) : u"-",
-            entry.revision > 0 ? Platform::ToText(entry.revision) : u"-", ShownTime(entry.time),
-            isGs ? CString() : OrDash(entry.file)};
+            entry.revision > 0 ? Platform::ToText(entry.revision) : u"-",
+            OrDash(ShownTime(entry.time)), isGs ? CString() : OrDash(entry.file)};
 }
 
 Json JsonOf(const StoredEntry& entry) {

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "app/ComparisonTable.h"
 #include "app/Print.h"
 #include "app/Transfer.h"
 #include "app/Verbs.h"
@@ -106,6 +107,10 @@ ExitStatus RunPull(Session& session, const Invocation& invocation) {
     const OpenStorage storage = RequireStorage();
     RequireRepository(storage);
     CheckGsNames(selection, manager);
+    if (invocation.Has("--dry-run")) {
+        GivePlan(session, Compare(storage, selection, Purpose::Pull), Purpose::Pull);
+        return ExitStatus::Done;
+    }
     const TransferResult result =
         Transfer(session, storage, selection, Pull(storage, invocation.words.empty()));
     GiveResult(session, storage, result);

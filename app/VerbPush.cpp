@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "app/ComparisonTable.h"
 #include "app/Listing.h"
 #include "app/Print.h"
 #include "app/Transfer.h"
@@ -175,6 +176,11 @@ ExitStatus RunPush(Session& session, const Invocation& invocation) {
     RequireRepository(storage);
     RequireRights(storage);
     CheckGsNames(selection, manager);
+    CheckWhatWouldBeSent(storage, selection);
+    if (invocation.Has("--dry-run")) {
+        GivePlan(session, Compare(storage, selection, Purpose::Push), Purpose::Push);
+        return ExitStatus::Done;
+    }
     auto* administration = storage.plugin.administration;
     const std::int64_t revisionBefore = administration ? administration->State().revision : 0;
     const TransferResult result =

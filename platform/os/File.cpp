@@ -201,6 +201,10 @@ std::optional<std::uint64_t> FileSize(CStringView path) {
     return static_cast<std::uint64_t>(status.st_size);
 }
 
+bool MayRead(CStringView path) {
+    return !System::CheckMayRead(LookUp(path));
+}
+
 bool MayWrite(CStringView path) {
     return !System::CheckMayWrite(LookUp(path));
 }

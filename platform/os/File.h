@@ -29,7 +29,8 @@ ZEBX_EXPORT bool PathExists(CStringView path);
 // The size of a file; nothing when `path` is not a file.
 ZEBX_EXPORT std::optional<std::uint64_t> FileSize(CStringView path);
 
-// Whether this process may write to the existing file or folder.
+// Whether this process may read the existing file or folder / write to it.
+ZEBX_EXPORT bool MayRead(CStringView path);
 ZEBX_EXPORT bool MayWrite(CStringView path);
 
 // Reads a regular file into `bytes`; on failure `bytes` is empty.  A folder, a

@@ -12,6 +12,7 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <sys/statvfs.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
@@ -127,6 +128,19 @@ std::error_code Link(const std::string& from, const std::string& to) {
 
 std::error_code Remove(const std::string& path) {
     return ResultOf(Make("unlink", path, [&] { return ::unlink(Argument(path)); }));
+}
+
+std::error_code CheckMayRead(const std::string& path) {
+    const auto call = [&] { return ::faccessat(AT_FDCWD, Argument(path), R_OK, AT_EACCESS); };
+    return ResultOf(Make("faccessat", path, call));
+}
+
+std::error_code FreeBytes(const std::string& path, std::uint64_t& bytes) {
+    struct statvfs space = {};
+    const std::error_code error =
+        ResultOf(Repeat("statvfs", path, [&] { return ::statvfs(Argument(path), &space); }));
+    bytes = error ? 0 : std::uint64_t{space.f_bavail} * space.f_frsize;
+    return error;
 }
 
 std::error_code CheckMayWrite(const std::string& path) {

@@ -4,6 +4,7 @@
 // is not there (ENOENT) rather than cut.  Interrupted calls are repeated.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -35,6 +36,7 @@ std::error_code RenameUnlessTaken(const std::string& from, const std::string& to
 // A second name for a file.
 std::error_code Link(const std::string& from, const std::string& to);
 std::error_code Remove(const std::string& path);
+std::error_code CheckMayRead(const std::string& path);
 std::error_code CheckMayWrite(const std::string& path);
 // Whether the file has an access control list or other extended attributes.
 bool HasExtendedAttributes(const std::string& path);
@@ -43,6 +45,9 @@ bool HasExtendedAttributes(const std::string& path);
 std::string CurrentFolder();
 // What the link holds; empty when it cannot be read.
 std::string LinkTarget(const std::string& link);
+
+// What this user may still write on the file system of `path`.
+std::error_code FreeBytes(const std::string& path, std::uint64_t& bytes);
 
 // Flushes a folder's names to the disk.
 std::error_code SyncFolder(const std::string& path);

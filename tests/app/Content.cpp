@@ -94,4 +94,11 @@ std::map<std::string, std::string> Tree(const fs::path& folder) {
     return tree;
 }
 
+std::size_t BytesOf(const std::map<std::string, std::string>& tree) {
+    std::size_t bytes = 0;
+    for (const auto& [path, content] : tree)
+        bytes += content.size();
+    return bytes;
+}
+
 } // namespace AppTest

@@ -32,4 +32,7 @@ std::string GeneralSettings();
 // The files below a folder: relative path to bytes.
 std::map<std::string, std::string> Tree(const fs::path& folder);
 
+// The files' sizes together.
+std::size_t BytesOf(const std::map<std::string, std::string>& tree);
+
 } // namespace AppTest

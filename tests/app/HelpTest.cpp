@@ -17,11 +17,18 @@ class Help : public AppTest::InProcess, public testing::WithParamInterface<const
 protected:
     Help() { workstation.Set("ZEBX_LANGUAGE", GetParam()); }
 
+    static std::string HelpOf(const Verb& verb) {
+        std::istringstream words(verb.name);
+        std::vector<std::string> arguments{std::istream_iterator<std::string>(words), {}};
+        arguments.emplace_back("--help");
+        return RunHere(arguments).out;
+    }
+
     // Every help text that there is.
     std::vector<std::string> AllHelp() {
         std::vector<std::string> texts = {RunHere({"--help"}).out};
         for (const Verb& verb : Verbs())
-            texts.push_back(RunHere({verb.name, "--help"}).out);
+            texts.push_back(HelpOf(verb));
         return texts;
     }
 };
@@ -52,7 +59,7 @@ TEST_P(Help, NamesEveryVerbAndOption) {
 
 TEST_P(Help, ShowsExamplesFirst) {
     for (const Verb& verb : Verbs()) {
-        const std::string text = RunHere({verb.name, "--help"}).out;
+        const std::string text = HelpOf(verb);
         const auto example = text.find(std::string("\n  zebx ") + verb.examples.front().line);
         const auto option = text.find("\n  --config");
         ASSERT_NE(example, std::string::npos) << text;

@@ -138,6 +138,46 @@ TEST_F(Documents, LsListsEveryEntryWithNumbersAndTheStoredTime) {
     EXPECT_EQ(gs["time"].get<std::string>().size(), 20U);
 }
 
+TEST_F(Documents, DiffCountsEachStateAndNamesWhatIsNotTheSame) {
+    SetUpRepository();
+    Write(station.Support() / "nodes/a.dwg", "12345");
+    Zebx({"push", "ncf:002_NODE"});
+    Write(station.Support() / "nodes/b.dwg", "123");
+    Write(station.Support() / "nodes/a.dwg", "1234");
+    const json document = Zebx({"diff", "ncf:002_NODE"});
+    EXPECT_EQ(document["status"], 1);
+    const json& kind = document["result"]["kinds"][0];
+    EXPECT_EQ(kind["selection"], "ncf:002_NODE");
+    EXPECT_EQ(kind["onlyHere"], json({{"files", 1}, {"bytes", 3}}));
+    EXPECT_EQ(kind["different"], json({{"files", 1}, {"bytes", 4}}));
+    const json& files = document["result"]["files"];
+    ASSERT_EQ(files.size(), 2U);
+    EXPECT_EQ(files[0]["file"], "a.dwg");
+    EXPECT_EQ(files[0]["bytesHere"], 4);
+    EXPECT_EQ(files[0]["bytesThere"], 5);
+    EXPECT_EQ(files[1]["state"], "onlyHere");
+    EXPECT_TRUE(files[1]["bytesThere"].is_null());
+    EXPECT_EQ(Zebx({"pull", "--dry-run", "ncf:002_NODE"})["result"]["kinds"][0]["different"],
+              json({{"files", 1}, {"bytes", 5}}));
+    EXPECT_EQ(Zebx({"push", "--dry-run", "ncf:002_NODE"})["result"]["files"], files);
+}
+
+TEST_F(Documents, LogGivesTheRevisionsAsTheyAreStored) {
+    SetUpRepository();
+    Write(station.Support() / "nodes/a.dwg", "12345");
+    Zebx({"push", "ncf:002_NODE"});
+    const json result = Zebx({"log", "--limit", "1"})["result"];
+    ASSERT_EQ(result["revisions"].size(), 1U);
+    EXPECT_EQ(result["hasMore"], true);
+    const json& revision = result["revisions"][0];
+    EXPECT_EQ(revision["number"], 2);
+    EXPECT_EQ(revision["operation"], "AddRepositoryFiles");
+    EXPECT_EQ(revision["subject"], "002_NODE");
+    EXPECT_EQ(revision["files"], 1);
+    EXPECT_EQ(revision["bytes"], 5);
+    EXPECT_EQ(revision["time"].get<std::string>().size(), 20U);
+}
+
 TEST_F(Documents, RunKeepsWhatTheCommandPrinted) {
     const json document = Zebx({"run", "test"});
     EXPECT_EQ(document["result"]["command"], "test");
@@ -178,7 +218,7 @@ TEST_F(Documents, AFailureOfAVerbNamesTheVerb) {
 
 TEST_F(Documents, EachVerbFailsWithADocumentWithoutAPlugin) {
     const fs::path folder = InstallationWithoutPlugin(station);
-    for (const char* verb : {"connect", "status", "push", "pull", "ls"}) {
+    for (const char* verb : {"connect", "status", "push", "pull", "diff", "ls", "log"}) {
         const json document = Zebx({verb, "--install", folder.string()});
         EXPECT_EQ(document["status"], 3) << verb;
         EXPECT_EQ(document["error"]["status"], 3) << verb;

@@ -2,6 +2,7 @@
 // What the verbs say, and with which status they end, where something that they need is
 // missing: a plug-in, a repository, rights.
 #include "Content.h"
+#include "Plant.h"
 
 #include <gmock/gmock.h>
 #include <sqlite3.h>
@@ -13,7 +14,7 @@ using testing::HasSubstr;
 
 namespace {
 
-const std::vector<std::string> kVerbs = {"status", "push", "pull", "ls"};
+const std::vector<std::string> kVerbs = {"status", "push", "pull", "diff", "ls", "log"};
 
 void Execute(const fs::path& database, const char* sql) {
     sqlite3* connection = nullptr;
@@ -90,7 +91,7 @@ TEST_P(MissingThings, AnotherProgramsDatabaseIsLeftAloneAndNamed) {
 
 TEST_P(MissingThings, ARepositoryOfANewerVersionIsRefused) {
     ASSERT_EQ(station.Zebx({"connect", "--create"}).status, 0);
-    Execute(station.Repository(), "UPDATE head SET schema_version = 999");
+    Plant(station, "UPDATE head SET schema_version = 999");
     const Ended run = station.Zebx({GetParam()});
     EXPECT_EQ(run.status, 4) << run;
     EXPECT_THAT(run.err, AllOf(HasSubstr(station.Repository().string()), HasSubstr("newer")));

@@ -63,6 +63,44 @@ TEST_F(PluginWithoutAdministration, PushListAndPullWork) {
     }));
 }
 
+TEST_F(PluginWithoutAdministration, WhatWouldMoveIsFoundByFetching) {
+    EXPECT_TRUE(PassesInAChildProcess([this] {
+        ASSERT_EQ(RunHere({"init"}).status, 0);
+        GenerateContent(Support());
+        EXPECT_THAT(RunHere({"push", "--dry-run"}).out, HasSubstr("would store: 51 "));
+        ASSERT_EQ(RunHere({"push"}).status, 0);
+        EXPECT_EQ(RunHere({"diff"}).status, 0);
+        Write(Support() / "nodes/plain.dwg", "different");
+        fs::remove(Support() / "nodes/large.dwg");
+        fs::remove(Support() / "GeneralSettings.xml");
+        const Ended diff = RunHere({"diff", "--files"});
+        EXPECT_EQ(diff.status, 1) << diff;
+        EXPECT_THAT(diff.out, AllOf(HasSubstr("Files that differ: 3 of 51."),
+                                    HasSubstr("  plain.dwg\n"), HasSubstr("  large.dwg\n")));
+        EXPECT_THAT(RunHere({"pull", "--dry-run"}).out, HasSubstr("would write: 3 "));
+    }));
+}
+
+TEST_F(PluginWithoutAdministration, HistoryAndCheckAreNotPossibleAndTheUserIsTold) {
+    EXPECT_TRUE(PassesInAChildProcess([] {
+        for (const std::vector<std::string>& arguments :
+             {std::vector<std::string>{"log"}, {"repo", "check"}}) {
+            const Ended run = RunHere(arguments);
+            EXPECT_EQ(run.status, 3) << run;
+            EXPECT_THAT(run.err, HasSubstr("ZEBXRepositoryClientPlugin_Memory.arx"));
+        }
+    }));
+}
+
+TEST_F(PluginWithoutAdministration, DoctorChecksWhatTheManagerKnows) {
+    EXPECT_TRUE(PassesInAChildProcess([] {
+        const Ended run = RunHere({"doctor"});
+        EXPECT_THAT(run.out, AllOf(HasSubstr("Repository: reachable"), HasSubstr("Rights: you may"),
+                                   Not(HasSubstr("Clock"))))
+            << run;
+    }));
+}
+
 TEST_F(PluginWithoutAdministration, AFailedPushIsToldAndCounted) {
     EXPECT_TRUE(PassesInAChildProcess([] {
         ASSERT_EQ(RunHere({"init"}).status, 0);

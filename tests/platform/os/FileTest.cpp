@@ -13,6 +13,7 @@
 
 using Platform::FileSize;
 using Platform::KindOfPath;
+using Platform::MayRead;
 using Platform::MayWrite;
 using Platform::PathExists;
 using Platform::PathKind;
@@ -134,15 +135,21 @@ TEST_F(Files, ASizeMayBeBeyondFourGigabytes) {
     EXPECT_EQ(FileSize(Path(u"sparse")), 5'000'000'000u);
 }
 
-TEST_F(Files, WhatMayBeWrittenIsAskedForThisProcess) {
+TEST_F(Files, WhatMayBeWrittenAndReadIsAskedForThisProcess) {
     Put("mine", "");
     Put("fixed", "");
+    Put("closed", "");
+    fs::permissions(Native("closed"), fs::perms(0));
     fs::permissions(m_folder.Native(), fs::perms(0755));
     fs::permissions(Native("mine"), fs::perms(0666));
     fs::permissions(Native("fixed"), fs::perms(0444));
     EXPECT_TRUE(PassesInAChildProcess([&] {
         BecomeOrdinaryUser();
         EXPECT_TRUE(MayWrite(Path(u"MINE")));
+        EXPECT_TRUE(MayRead(Path(u"MINE")));
+        EXPECT_TRUE(MayRead(u"\\"));
+        EXPECT_FALSE(MayRead(Path(u"closed")));
+        EXPECT_FALSE(MayRead(Path(u"none")));
         EXPECT_FALSE(MayWrite(Path(u"fixed")));
         EXPECT_FALSE(MayWrite(u"\\"));
         EXPECT_FALSE(MayWrite(Path(u"none")));

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#include "app/ComparisonTable.h"
+#include "app/Print.h"
+#include "app/Verbs.h"
+
+#include "platform/text/Numbers.h"
+
+#include <ostream>
+
+namespace App {
+
+ExitStatus RunDiff(Session& session, const Invocation& invocation) {
+    const std::vector<Selected> selection = ParseSelection(invocation.words);
+    auto& manager = *Repository::CRepositoryStorageManager::Instance();
+    CheckKindsAreKnown(selection, manager);
+    CheckKindsAreOn(selection, manager);
+    const OpenStorage storage = RequireStorage();
+    RequireRepository(storage);
+    CheckGsNames(selection, manager);
+
+    const auto kinds = Compare(storage, selection, Purpose::Diff);
+    session.result = JsonOf(kinds, Purpose::Diff);
+    PrintStates(session.out, kinds, Purpose::Diff);
+    std::int64_t files = 0;
+    for (const ComparedKind& kind : kinds)
+        files += static_cast<std::int64_t>(kind.files.size());
+    const std::int64_t different = files - Sum(kinds, Difference::Same, Purpose::Diff).files;
+    if (different == 0) {
+        PrintWrapped(session.out, u"", Text(Message::NothingDiffers));
+        return ExitStatus::Done;
+    }
+    PrintLine(session.out,
+              Text(Message::FilesDiffer, {Platform::ToText(different), Platform::ToText(files)}));
+    if (invocation.Has("--files"))
+        PrintFiles(session.out, kinds, Purpose::Diff);
+    else
+        PrintWrapped(session.out, u"", Text(Message::HintFiles));
+    return ExitStatus::Different;
+}
+
+} // namespace App
