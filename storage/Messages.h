@@ -44,6 +44,7 @@ enum class MessageNumber : int {
     DamagedPage = 20050,        // path, page
     NoPageChecksums = 20051,    // path
     ContentPageDamaged = 20052, // name, kind, page
+    NeedsWriter = 20053, // path
 
     // File names. %1 is the name, %2 the kind or item that it belongs to.
     NameEmpty = 20100,

@@ -36,11 +36,36 @@ struct PreparedStatement {
     std::vector<int> indexes; // of $1, $2, ... among SQLite's own parameters
 };
 
+CString FolderOf(const CString& path) {
+    return path.substr(0, path.find_last_of(u'\\') + 1);
+}
+
+std::string FileUri(std::string_view native) {
+    std::string uri = "file:";
+    for (const char c : native)
+        if (c == '%' || c == '?' || c == '#')
+            uri += '%' + ToHexadecimal({&c, 1});
+        else
+            uri += c;
+    return uri;
+}
+
+// Whether no connection left anything beside the file: SQLite makes both files when it opens it.
+bool IsLeftAlone(const CString& path) {
+    return Platform::FileSize(path + u"-wal").value_or(0) == 0 &&
+           !Platform::PathExists(path + u"-shm");
+}
+
 enum class Lifetime { Call, Longer };
+
+// Whether anybody can write to the file while it is open.  Fixed: nobody does, and no files are
+// made beside it.
+enum class Use { Shared, Fixed };
 
 class SqliteConnection : public SqlConnection {
 public:
-    explicit SqliteConnection(const CString& path) : m_path(path) {}
+    explicit SqliteConnection(const CString& path, Use use = Use::Shared)
+        : m_path(path), m_use(use) {}
     ~SqliteConnection() override;
     SqliteConnection(const SqliteConnection&) = delete;
     SqliteConnection& operator=(const SqliteConnection&) = delete;
@@ -86,6 +111,7 @@ private:
               Lifetime lifetime);
 
     CString m_path;
+    Use m_use;
     sqlite3* m_database = nullptr;
     std::unordered_map<std::string_view, PreparedStatement> m_statements;
     bool m_inUse = false;
@@ -133,10 +159,14 @@ SqliteConnection::~SqliteConnection() {
 }
 
 void SqliteConnection::Open(int busyTimeoutMs) {
+    constexpr int kFlags = SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
     const std::string native = Platform::LookUp(m_path);
-    Check(sqlite3_open_v2(native.c_str(), &m_database,
-                          SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE,
-                          PageChecksumVfs()));
+    if (m_use == Use::Shared)
+        Check(sqlite3_open_v2(native.c_str(), &m_database, kFlags | SQLITE_OPEN_READWRITE,
+                              PageChecksumVfs()));
+    else
+        Check(sqlite3_open_v2((FileUri(native) + "?immutable=1").c_str(), &m_database,
+                              kFlags | SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, PageChecksumVfs()));
     sqlite3_busy_timeout(m_database, busyTimeoutMs);
     Harden();
     RunScript(kSettings);
@@ -216,15 +246,17 @@ void SqliteConnection::CheckEngine(const TellFinding& tell) {
 }
 
 bool SqliteConnection::IsAlive() {
+    // Somebody who may write came: from now on reading takes more than the file.
+    if (m_use == Use::Fixed && !IsLeftAlone(m_path))
+        return false;
     int moved = 0;
     const int code = sqlite3_file_control(m_database, "main", SQLITE_FCNTL_HAS_MOVED, &moved);
     return code == SQLITE_OK && !moved;
 }
 
 bool SqliteConnection::MayWrite() {
-    const CString folder = m_path.substr(0, m_path.find_last_of(u'\\') + 1);
     return sqlite3_db_readonly(m_database, "main") == 0 && Platform::MayWrite(m_path) &&
-           Platform::MayWrite(folder);
+           Platform::MayWrite(FolderOf(m_path));
 }
 
 CString SqliteConnection::EngineName() {
@@ -356,17 +388,33 @@ private:
 
 std::unique_ptr<SqlConnection> OpenSqlite(const CString& path, const SqliteOptions& options) {
     CheckKind(path);
-    auto connection = std::make_unique<SqliteConnection>(path);
-    connection->Open(options.busyTimeoutMs);
-    connection->CheckIsRepository();
-    connection->KeepSideFiles();
-    return connection;
+    const auto open = [&](Use use) {
+        auto connection = std::make_unique<SqliteConnection>(path, use);
+        connection->Open(options.busyTimeoutMs);
+        connection->CheckIsRepository();
+        connection->KeepSideFiles();
+        return connection;
+    };
+    try {
+        return open(Use::Shared);
+    } catch (const StorageError& error) {
+        if (Platform::MayWrite(FolderOf(path)) || Platform::PathExists(path + u"-shm"))
+            throw;
+        if (!IsLeftAlone(path)) {
+            // What SQLite misses then is a file that only a writer can make.
+            if (error.Kind() != Problem::Missing || !Platform::PathExists(path))
+                throw;
+            throw StorageError(Problem::NotAllowed, MessageNumber::NeedsWriter, {ShownPath(path)});
+        }
+    }
+    // On a medium or in a folder that takes no files SQLite cannot share the repository.
+    return open(Use::Fixed);
 }
 
 void CreateSqlite(const CString& path, const std::function<void(SqlConnection&)>& fill) {
     if (Platform::PathExists(path))
         return;
-    const CString folder = path.substr(0, path.find_last_of(u'\\') + 1);
+    const CString folder = FolderOf(path);
     if (!Platform::CreateFolderChain(folder, Platform::Access::Private))
         ThrowNotCreated(path, WhyNoFolder(folder));
     CheckNoChangesLeft(path);

@@ -84,7 +84,7 @@ void ThrowSqliteError(sqlite3* database, int code, const CString& path) {
         throw StorageError(Problem::Full, MessageNumber::Full, {shown});
     case SQLITE_READONLY:
         throw StorageError(Problem::NotAllowed,
-                           NeedsWriterFirst(code) ? MessageNumber::MayNotOpen
+                           NeedsWriterFirst(code) ? MessageNumber::NeedsWriter
                                                   : MessageNumber::MayNotWrite,
                            {shown});
     case SQLITE_PERM:

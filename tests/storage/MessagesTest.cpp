@@ -38,6 +38,7 @@ const std::map<MessageNumber, std::size_t> kMessages = {
     {MessageNumber::DamagedPage, 2},
     {MessageNumber::NoPageChecksums, 1},
     {MessageNumber::ContentPageDamaged, 3},
+    {MessageNumber::NeedsWriter, 1},
     {MessageNumber::NameEmpty, 2},
     {MessageNumber::NameIsFolder, 2},
     {MessageNumber::NameSeparator, 2},

@@ -388,6 +388,99 @@ TEST_F(SqliteRights, AReaderSeesWhatAWriterWhoIsAtWorkHasCommitted) {
     close(finish[0]);
 }
 
+TEST_F(SqliteRights, ARepositoryAloneInAFolderThatTakesNoFilesIsRead) {
+    fs::remove(native.string() + "-wal");
+    fs::remove(native.string() + "-shm");
+    fs::permissions(native, fs::perms(0444));
+    fs::permissions(folder.Native(), fs::perms(0555));
+    EXPECT_TRUE(PassesInAChildProcess([&] {
+        BecomeOrdinaryUser();
+        const auto store = OpenStore();
+        EXPECT_EQ(BytesOf(store->File(store->FileIds(4, u"001_LABEL").at(0))), "1");
+        EXPECT_FALSE(store->Connection().MayWrite());
+        EXPECT_TRUE(store->Connection().IsAlive());
+        EXPECT_EQ(ProblemOf([&] { store->RegisterContent(4, u"K", 1); }), Problem::NotAllowed);
+        CheckCounts counts;
+        store->Check([](const Message&, const Message&) { ADD_FAILURE(); }, counts);
+        EXPECT_EQ(counts.files, 1);
+    }));
+    EXPECT_THAT(Names(folder.Native()), testing::ElementsAre("repository.db"));
+}
+
+TEST_F(SqliteRights, WhoReadsAFileAloneNoticesThatAWriterCame) {
+    fs::remove(native.string() + "-wal");
+    fs::remove(native.string() + "-shm");
+    fs::permissions(native, fs::perms(0444));
+    fs::permissions(folder.Native(), fs::perms(0555));
+    int toReader[2];
+    int fromReader[2];
+    ASSERT_EQ(pipe(toReader), 0);
+    ASSERT_EQ(pipe(fromReader), 0);
+    const pid_t reader = fork();
+    if (reader == 0) {
+        close(toReader[1]);
+        BecomeOrdinaryUser();
+        auto connection = Open();
+        char byte = connection->IsAlive() ? 'y' : 'n';
+        const bool told = write(fromReader[1], &byte, 1) == 1;
+        const bool heard = read(toReader[0], &byte, 1) == 1;
+        const bool noticed = told && heard && !connection->IsAlive();
+        connection = Open();
+        _exit(noticed && connection->IsAlive() && OpenStore()->FileIds(4, u"001_LABEL").size() == 2
+                  ? 0
+                  : 1);
+    }
+    close(fromReader[1]);
+    char byte = 0;
+    EXPECT_EQ(read(fromReader[0], &byte, 1), 1);
+    EXPECT_EQ(byte, 'y');
+    fs::permissions(native, fs::perms(0644));
+    fs::permissions(folder.Native(), fs::perms(0755));
+    OpenStore()->AddFiles({MakeFile(u"b.dwg", "2")});
+    EXPECT_EQ(write(toReader[1], &byte, 1), 1);
+    int status = 0;
+    EXPECT_EQ(waitpid(reader, &status, 0), reader);
+    EXPECT_EQ(status, 0);
+    close(toReader[0]);
+    close(toReader[1]);
+    close(fromReader[0]);
+}
+
+TEST_F(SqliteRights, WhoMayWriteToTheFolderAloneReads) {
+    SetModes(0444, 0444, 0777);
+    for (const bool withSideFiles : {true, false}) {
+        if (!withSideFiles) {
+            fs::remove(native.string() + "-wal");
+            fs::remove(native.string() + "-shm");
+        }
+        EXPECT_TRUE(PassesInAChildProcess([&] {
+            BecomeOrdinaryUser();
+            const auto store = OpenStore();
+            EXPECT_EQ(BytesOf(store->File(store->FileIds(4, u"001_LABEL").at(0))), "1");
+            EXPECT_FALSE(store->Connection().MayWrite());
+        })) << withSideFiles;
+    }
+}
+
+TEST_F(SqliteRights, ALogThatOnlyAWriterCanCarryOverIsToldSo) {
+    std::string log;
+    {
+        const auto writer = OpenStore();
+        writer->AddFiles({MakeFile(u"b.dwg", "2")});
+        ASSERT_FALSE(Platform::ReadFile(address.path + u"-wal", log));
+        ASSERT_FALSE(log.empty());
+    }
+    ASSERT_FALSE(Platform::WriteFile(address.path + u"-wal", log));
+    fs::remove(native.string() + "-shm");
+    fs::permissions(native, fs::perms(0444));
+    fs::permissions(native.string() + "-wal", fs::perms(0444));
+    fs::permissions(folder.Native(), fs::perms(0555));
+    EXPECT_TRUE(PassesInAChildProcess([&] {
+        BecomeOrdinaryUser();
+        EXPECT_EQ(Complaint(), Says(Problem::NotAllowed, MessageNumber::NeedsWriter));
+    }));
+}
+
 TEST_F(SqliteRights, WithoutTheRightToReadTheFileItSaysSo) {
     SetModes(0000, 0444, 0755);
     OrdinaryUserIsNotAllowedTo([&] { Open(); });
