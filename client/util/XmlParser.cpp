@@ -155,11 +155,16 @@ CStringView XmlParser::NameOf(std::uint32_t element) const {
     return XmlNameAt(m_text, m_table[element].offset + std::size_t{1});
 }
 
-// Looks at no more of the start tag than `name` is long: see IsOpen.
+// Looks at no more of the start tag than `name` is long, and folds no more than the start
+// tag's name is long: see IsOpen.
 bool XmlParser::IsInnermost(CStringView name) const {
     const std::size_t begin = m_table[m_innermost].offset + std::size_t{1};
-    return m_innermost != 0 && EndsXmlName(m_text[begin + name.size()]) &&
-           SameXmlName(m_text.substr(begin, name.size()), name, m_ignoreCase);
+    if (m_innermost == 0 || !EndsXmlName(m_text[begin + name.size()]))
+        return false;
+    const CStringView own = m_text.substr(begin, name.size());
+    if (m_ignoreCase && XmlNameAt(own, 0).size() != name.size())
+        return false;
+    return SameXmlName(own, name, m_ignoreCase);
 }
 
 // Looking at every open element for every end tag that matches none would take a hostile

@@ -146,3 +146,13 @@ TEST(XmlProblems, HostileEndTagsDoNotTakeLong) {
     EXPECT_EQ(ProblemOf(u"<" + CString(kMany, u'a') + u">" + Repeated(u"</b>", kMany)),
               u"No start tag for end tag 'b' at offset 300002");
 }
+
+// The name is as long as from the name of one open element to the end of that of another.
+TEST(XmlProblems, AHostileNameDoesNotTakeLongWhereCaseIsIgnored) {
+    constexpr int kMany = 100'000;
+    const CString name(kMany, u'a');
+    XmlDocument document;
+    document.SetOptions(XmlDocument::kIgnoreCase);
+    document.SetText((u"<" + name + u">" + Repeated(u"<b>", kMany) + u"</" + name + u">").c_str());
+    EXPECT_TRUE(document.GetResultText().ends_with(u"' at offset 399999"));
+}
