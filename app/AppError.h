@@ -20,7 +20,8 @@ enum class ExitStatus : int {
     Integrity = 7,
     SomeFailed = 8,
     LocalFile = 9,
-    Internal = 70
+    Internal = 70,
+    Interrupted = 130
 };
 
 // The only exception that this floor throws.

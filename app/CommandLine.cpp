@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "app/CommandLine.h"
 
+#include "app/Suggest.h"
+
 #include "platform/text/Utf8.h"
 
 #include <CLI/CLI.hpp>
@@ -87,17 +89,61 @@ private:
     std::vector<std::pair<const Option*, CLI::Option*>> m_options;
 };
 
+std::vector<CString> OptionNames(const Verb* verb) {
+    std::vector<CString> names;
+    for (const Option& option : CommonOptions())
+        names.push_back(Platform::FromUtf8(option.name));
+    if (verb) {
+        for (const Option& option : verb->options)
+            names.push_back(Platform::FromUtf8(option.name));
+    }
+    return names;
+}
+
+std::vector<CString> VerbNames() {
+    std::vector<CString> names;
+    for (const Verb& verb : Verbs()) {
+        names.push_back(Platform::FromUtf8(verb.name));
+        const CString group = Platform::FromUtf8(GroupOf(verb));
+        if (!group.empty() && std::ranges::find(names, group) == names.end())
+            names.push_back(group);
+    }
+    return names;
+}
+
 void RefuseLeftOvers(const std::vector<std::string>& leftOver, const Invocation& invocation) {
     if (leftOver.empty())
         return;
-    const std::string& word = leftOver.front();
-    const std::string& group = invocation.group;
-    if (word.starts_with('-'))
-        Refuse(Text(Message::UnknownOption, {Platform::FromUtf8(word)}),
-               invocation.verb ? invocation.verb->name : group);
-    Refuse(
-        Text(Message::UnknownVerb, {Platform::FromUtf8(group.empty() ? word : group + " " + word)}),
-        group);
+    const CString word = Platform::FromUtf8(leftOver.front());
+    const CString group = Platform::FromUtf8(invocation.group);
+    if (word.starts_with(u'-'))
+        Refuse(Text(Message::UnknownOption, {word}) +
+                   DidYouMean(word.substr(0, word.find(u'=')), OptionNames(invocation.verb)),
+               invocation.verb ? invocation.verb->name : invocation.group);
+    const CString verb = group.empty() ? word : group + u" " + word;
+    Refuse(Text(Message::UnknownVerb, {verb}) + DidYouMean(verb, VerbNames()), invocation.group);
+}
+
+// "auto, always or never".
+CString Listed(const std::vector<const char*>& values) {
+    CString text = Platform::FromUtf8(values.front());
+    for (std::size_t i = 1; i + 1 < values.size(); ++i)
+        text += u", " + Platform::FromUtf8(values[i]);
+    return Text(Message::EitherOr, {text, Platform::FromUtf8(values.back())});
+}
+
+void CheckValue(const Option& option, const CString& value, const Verb* verb) {
+    const CString name = Platform::FromUtf8(option.name);
+    const std::string hint = verb ? verb->name : "";
+    if (option.valueName && value.empty())
+        Refuse(Text(Message::OptionWithoutValue, {name}), hint);
+    std::vector<CString> values;
+    for (const char* each : option.values)
+        values.push_back(Platform::FromUtf8(each));
+    if (!values.empty() && std::ranges::find(values, value) == values.end())
+        Refuse(Text(Message::NotAValue, {name, Listed(option.values), value}) +
+                   DidYouMean(value, values),
+               hint);
 }
 
 [[noreturn]] void RefuseWithoutVerb(const std::string& group) {
@@ -149,9 +195,7 @@ Invocation Parser::Parse(const std::vector<std::string>& arguments) {
         if (parsed->count() == 0)
             continue;
         const CString value = Platform::FromUtf8(m_values[option]);
-        if (option->valueName && value.empty())
-            Refuse(Text(Message::OptionWithoutValue, {Platform::FromUtf8(option->name)}),
-                   invocation.verb ? invocation.verb->name : "");
+        CheckValue(*option, value, invocation.verb);
         invocation.options[option->name] = value;
     }
     for (const std::string& word : m_words)

@@ -5,6 +5,7 @@
 #include "app/Help.h"
 #include "app/Print.h"
 #include "app/Report.h"
+#include "app/SettingsInForce.h"
 
 #include "platform/os/Environment.h"
 #include "platform/text/Numbers.h"
@@ -23,8 +24,27 @@ using namespace ZEBGis::Workspace;
 using Platform::UserSettings;
 
 // Only the real standard error can be a terminal; a stream of a test cannot.
-bool TakesColours(const std::ostream& err) {
-    return &err == &std::cerr && Platform::IsTerminal(2) && !Platform::EnvironmentValue("NO_COLOR");
+bool IsOnTerminal(const std::ostream& err) {
+    return &err == &std::cerr && Platform::IsTerminal(2);
+}
+
+// One column less than there are: a full line would make some terminals begin a new one.
+std::size_t ProgressWidth(const std::ostream& err) {
+    const std::size_t columns = IsOnTerminal(err) ? Platform::TerminalColumns(2) : 0;
+    return (columns > 1 ? columns : kLineWidth) - 1;
+}
+
+TerminalStyle StyleFor(const Invocation& invocation, const std::ostream& err) {
+    const auto when = invocation.options.find("--progress");
+    const CString progress = when == invocation.options.end() ? CString(u"auto") : when->second;
+    TerminalStyle style;
+    style.colour = IsOnTerminal(err) && !Platform::EnvironmentValue("NO_COLOR");
+    style.quiet = invocation.Has("--quiet");
+    style.verbose = invocation.Has("--verbose") && !style.quiet;
+    const bool mayShow = IsOnTerminal(err) && !style.quiet && !invocation.Has("--json");
+    if (progress == u"always" || (progress == u"auto" && mayShow))
+        style.progressWidth = ProgressWidth(err);
+    return style;
 }
 
 void ApplySettings(const Invocation& invocation) {
@@ -51,16 +71,19 @@ void TellSettingsProblems(const std::vector<boost::shared_ptr<IWsSink>>& sinks) 
 
 ExitStatus RunVerb(const Invocation& invocation, std::ostream& out, std::ostream& err,
                    Report& report) {
-    const auto terminal = boost::make_shared<TerminalSink>(err, TakesColours(err));
+    const auto terminal = boost::make_shared<TerminalSink>(err, StyleFor(invocation, err));
     const auto keeper = boost::make_shared<ReportSink>(report);
     TellSettingsProblems({terminal, keeper});
+    for (const SettingInForce& setting : SettingsInForce())
+        terminal->Note(Text(Message::NoteSetting, {Platform::FromUtf8(setting.name), setting.value,
+                                                   OriginText(setting)}));
     const auto counter = boost::make_shared<CountingSink>();
     const SinkGuard counting(counter);
     const SinkGuard showing(terminal);
     const SinkGuard keeping(keeper);
     const SinkGuard logging(boost::make_shared<CWsLogFile>(
         UserSettings::Instance()->Get(Platform::Setting::WorkspaceLog).value));
-    Session session{out, err, *counter, report.result};
+    Session session{out, *terminal, *counter, report.result};
     try {
         return invocation.verb->run(session, invocation);
     } catch (const AppError& error) {

@@ -3,6 +3,7 @@
 
 #include "app/AppError.h"
 #include "app/Print.h"
+#include "app/Suggest.h"
 #include "app/Texts.h"
 
 #include "ZEBXGisCore/ModuleConfiguration.h"
@@ -33,7 +34,8 @@ Selected ParseWord(const CString& word) {
                                      [head](const GroupWord& known) { return head == known.word; });
     // A colon with nothing behind it is a name that was forgotten, not the whole group.
     if (found == kGroups.end() || colon + 1 == word.size())
-        throw AppError(ExitStatus::Usage, Text(Message::UnknownSelection, {word}));
+        throw AppError(ExitStatus::Usage, Text(Message::UnknownSelection, {word}) +
+                                              DidYouMean(head, {u"foc", u"ncf", u"gs"}));
     if (colon == CString::npos)
         return {found->group, std::nullopt};
     return {found->group, word.substr(colon + 1)};
@@ -44,8 +46,12 @@ void CheckIsKnown(const Selected& selected, const Kinds& kinds) {
     if (kinds.contains(*selected.name))
         return;
     CString text = Text(Message::UnknownKind, {WordFor(selected)});
-    for (const auto& [id, kind] : kinds)
-        text += u"\n  " + WordFor(selected.group, id);
+    std::vector<CString> known;
+    for (const auto& [id, kind] : kinds) {
+        known.push_back(WordFor(selected.group, id));
+        text += u"\n  " + known.back();
+    }
+    text += DidYouMean(WordFor(selected), known);
     throw AppError(ExitStatus::Usage, text);
 }
 

@@ -11,8 +11,8 @@
 namespace App {
 
 struct Session {
-    std::ostream& out; // the result as text; takes nothing in with --json
-    std::ostream& err; // messages
+    std::ostream& out;      // the result as text; takes nothing in with --json
+    TerminalSink& terminal; // messages beside those of the workspace log, and progress
     const CountingSink& log;
     // The same result for --json, in the shape of docs/schemas/.  A verb sets it once, whole,
     // and at the latest before it throws what came after the result.

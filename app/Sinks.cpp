@@ -31,10 +31,42 @@ void ShowMessage(std::ostream& stream, bool colour, std::int32_t type, CStringVi
 
 // A sink must not throw; a line that cannot be shown for want of memory is lost.
 void TerminalSink::Write(const CWsMessage& message) try {
-    ShowMessage(m_stream, m_colour, message.type, message.text);
+    if (m_style.quiet && message.type == MessageSuccess)
+        return;
+    EraseProgress();
+    ShowMessage(m_stream, m_style.colour, message.type, message.text);
+    DrawProgress();
     if (message.type == MessageFailure)
         m_failures.insert(message.text);
 } catch (...) {
+}
+
+void TerminalSink::Note(CStringView text) {
+    if (!m_style.verbose)
+        return;
+    EraseProgress();
+    PrintLine(m_stream, text);
+    DrawProgress();
+}
+
+void TerminalSink::ShowProgress(CStringView line) {
+    if (!ShowsProgress() || (line.empty() && m_progress.empty()))
+        return;
+    EraseProgress();
+    m_progress = line.substr(0, m_style.progressWidth);
+    DrawProgress();
+}
+
+void TerminalSink::EraseProgress() {
+    if (!m_progress.empty())
+        m_stream << '\r' << std::string(WidthOf(m_progress), ' ') << '\r';
+}
+
+void TerminalSink::DrawProgress() {
+    if (!m_progress.empty()) {
+        Print(m_stream, m_progress);
+        m_stream.flush();
+    }
 }
 
 void CountingSink::Write(const CWsMessage& message) {

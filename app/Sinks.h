@@ -9,18 +9,40 @@
 
 namespace App {
 
+// What a user wants to see of a run, and how.
+struct TerminalStyle {
+    bool colour = false;
+    bool quiet = false;            // warnings and failures only
+    bool verbose = false;          // notes as well
+    std::size_t progressWidth = 0; // most columns of the line of progress; 0: there is none
+};
+
 // Successes as they are; warnings and failures led by a word, which a colour only adds to.
+// Below them stands the line of progress, where there is one; it is rewritten in place with
+// blanks and carriage returns alone.
 class TerminalSink : public ZEBGis::Workspace::IWsSink {
 public:
-    TerminalSink(std::ostream& stream, bool colour) : m_stream(stream), m_colour(colour) {}
+    TerminalSink(std::ostream& stream, const TerminalStyle& style)
+        : m_stream(stream), m_style(style) {}
     void Write(const ZEBGis::Workspace::CWsMessage& message) override;
+
+    // A line that only --verbose shows.
+    void Note(CStringView text);
+
+    bool ShowsProgress() const { return m_style.progressWidth > 0; }
+    // Replaces the line of progress; the empty text takes it away.  Too long a text is cut.
+    void ShowProgress(CStringView line);
 
     // Whether a failure of exactly this text was shown.
     bool HasShown(const CString& failure) const { return m_failures.contains(failure); }
 
 private:
+    void EraseProgress();
+    void DrawProgress();
+
     std::ostream& m_stream;
-    bool m_colour;
+    TerminalStyle m_style;
+    CString m_progress;
     std::set<CString> m_failures;
 };
 

@@ -66,6 +66,7 @@ ExitStatus StatusOf(Problem problem) {
     case Problem::Internal:
         return ExitStatus::Internal;
     case Problem::Interrupted:
+        return ExitStatus::Interrupted;
     case Problem::None:
     case Problem::Refused:
         break;

@@ -257,7 +257,32 @@ enum class Message : int {
     ExampleVersion = 21243,
 
     // Options of every verb
-    HelpJson = 21400
+    HelpJson = 21400,
+    HelpLanguage = 21401,
+    HelpProgress = 21402,
+    HelpQuiet = 21403,
+    HelpVerbose = 21404,
+    NotAValue = 21405,
+    DidYouMean = 21406,
+    DidYouMeanEither = 21407,
+    EitherOr = 21408,
+
+    // While something is done
+    ProgressRead = 21410,
+    ProgressStored = 21411,
+    ProgressWritten = 21412,
+    Interrupted = 21420,
+    NoteSetting = 21430,
+    OriginDefault = 21431,
+    NotePlugin = 21432,
+    NoteTook = 21433,
+
+    // config show
+    SummaryConfigShow = 21440,
+    DetailsConfigShow = 21441,
+    ExampleConfigShow = 21442,
+    ExampleConfigOrigin = 21443,
+    HelpOrigin = 21444
 };
 
 // The text, with its gaps filled by `values` in turn.

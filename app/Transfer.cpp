@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "app/Transfer.h"
 
+#include "app/Progress.h"
 #include "app/Texts.h"
 
 #include "ZEBXGisCore/ModuleConfiguration.h"
+#include "platform/host/Interruption.h"
+#include "platform/text/Numbers.h"
 
 namespace App {
 namespace {
@@ -36,6 +39,19 @@ void NoteThatItWentAway(TransferResult& result, const OpenStorage& storage) {
     result.problem = result.problem.value_or(status);
 }
 
+// The user's wish comes before whatever went wrong.
+void NoteThatItWasStopped(TransferResult& result, const Selected& selected) {
+    Log(MessageFailure, Text(Message::Interrupted, {WordFor(selected)}));
+    ++result.failures;
+    result.problem = ExitStatus::Interrupted;
+}
+
+CString ShownSeconds(double seconds) {
+    const auto hundredths = static_cast<std::int64_t>(seconds * 100);
+    const CString fraction = Platform::ToText(hundredths % 100);
+    return Platform::ToText(hundredths / 100) + (fraction.size() < 2 ? u".0" : u".") + fraction;
+}
+
 } // namespace
 
 ExitStatus TransferResult::Status() const {
@@ -46,15 +62,21 @@ ExitStatus TransferResult::Status() const {
     return somethingFailedHere ? ExitStatus::LocalFile : ExitStatus::Done;
 }
 
-TransferResult Transfer(const Session& session, const OpenStorage& storage,
+TransferResult Transfer(Session& session, const OpenStorage& storage,
                         const std::vector<Selected>& selection,
                         const std::function<Outcome(const Selected&)>& move) {
     TransferResult result;
     TakeProblem(storage); // an older one is none of ours
+    session.terminal.Note(Text(Message::NotePlugin, {storage.plugin.file}));
+    const Platform::InterruptionGuard interruptible;
+    Progress progress(session.terminal);
     for (const Selected& selected : selection) {
         const int successesBefore = session.log.Successes();
         const int failuresBefore = session.log.Failures();
+        progress.Begin(WordFor(selected));
         Outcome outcome = move(selected);
+        session.terminal.Note(
+            Text(Message::NoteTook, {WordFor(selected), ShownSeconds(progress.Seconds())}));
         const int failures = session.log.Failures() - failuresBefore;
         // A stored file that comes back empty is logged and does not change the result.
         if (outcome == Outcome::Done && failures > 0)
@@ -62,6 +84,11 @@ TransferResult Transfer(const Session& session, const OpenStorage& storage,
         result.selections.push_back(
             {selected, session.log.Successes() - successesBefore, failures});
         result.failures += failures;
+        if (Platform::IsInterrupted()) {
+            if (outcome != Outcome::Done || &selected != &selection.back())
+                NoteThatItWasStopped(result, selected);
+            break;
+        }
         if (!storage.manager.IsRepositoryAccessible()) {
             NoteThatItWentAway(result, storage);
             break;

@@ -35,9 +35,9 @@ struct TransferResult {
     ExitStatus Status() const;
 };
 
-// Runs `move` for each selection in turn.  Stops, and says so in the log, when the
-// repository went away.
-TransferResult Transfer(const Session& session, const OpenStorage& storage,
+// Runs `move` for each selection in turn, and shows how far it is.  Stops, and says so in the
+// log, when the repository went away or the user pressed Ctrl-C.
+TransferResult Transfer(Session& session, const OpenStorage& storage,
                         const std::vector<Selected>& selection,
                         const std::function<Outcome(const Selected&)>& move);
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "app/Print.h"
+#include "app/Suggest.h"
 #include "app/Verbs.h"
 
 #include "ZEBXGisCore/ModuleConfiguration.h"
@@ -60,9 +61,12 @@ private:
 
 [[noreturn]] void RefuseUnknown(const CString& name, const Platform::CommandRegistry& registry) {
     CString text = Text(Message::UnknownCommand, {name});
-    for (const auto& command : registry.Commands())
-        text += u"\n  " + command.localName;
-    throw AppError(ExitStatus::Usage, text);
+    std::vector<CString> known;
+    for (const auto& command : registry.Commands()) {
+        known.push_back(command.localName);
+        text += u"\n  " + known.back();
+    }
+    throw AppError(ExitStatus::Usage, text + DidYouMean(name, known));
 }
 
 } // namespace

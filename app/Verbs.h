@@ -33,6 +33,7 @@ struct Option {
     const char* valueName; // null: a flag
     Message help;
     std::optional<Platform::Setting> setting = std::nullopt; // that it overrides
+    std::vector<const char*> values = {};                    // empty: any
 };
 
 struct Example {
@@ -80,6 +81,7 @@ ExitStatus RunDoctor(Session& session, const Invocation& invocation);
 ExitStatus RunRepoCheck(Session& session, const Invocation& invocation);
 ExitStatus RunLs(Session& session, const Invocation& invocation);
 ExitStatus RunCommand(Session& session, const Invocation& invocation);
+ExitStatus RunConfigShow(Session& session, const Invocation& invocation);
 ExitStatus RunVersion(Session& session, const Invocation& invocation);
 
 } // namespace App

@@ -2,6 +2,7 @@
 #include "storage/FileCheck.h"
 
 #include "ZEBXRepositoryClient/Base64.h"
+#include "platform/host/Interruption.h"
 #include "platform/text/CaseFold.h"
 #include "platform/text/Numbers.h"
 #include "platform/text/Utf8.h"
@@ -131,6 +132,12 @@ std::vector<const CRepositoryFile*> CheckHeldFiles(const Repository::RepositoryF
     }
     refusals.ThrowIfAny();
     return held;
+}
+
+void StopIfInterrupted(const CRepositoryFile& next, CStringView owner) {
+    if (Platform::IsInterrupted())
+        throw StorageError(Problem::Interrupted, MessageNumber::Interrupted,
+                           {next.GetFileName(), CString(owner)});
 }
 
 std::string DecodeContent(const CRepositoryFile& file, CStringView owner) {

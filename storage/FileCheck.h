@@ -53,6 +53,10 @@ std::vector<const Repository::CRepositoryFile*>
 CheckHeldFiles(const Repository::RepositoryFiles& files, CStringView owner,
                std::uint64_t maxFileBytes);
 
+// Throws Interrupted when the user asked to stop: the call that was about to keep the file
+// is then undone whole.
+void StopIfInterrupted(const Repository::CRepositoryFile& next, CStringView owner);
+
 // The bytes of a file's content.  Throws Refused when it is not base64 to its end.
 std::string DecodeContent(const Repository::CRepositoryFile& file, CStringView owner);
 

@@ -105,6 +105,7 @@ std::vector<FileRecord>
 KeepContents(WriteCall& call, const std::vector<const CRepositoryFile*>& files, CStringView owner) {
     std::vector<FileRecord> records;
     for (const CRepositoryFile* file : files) {
+        StopIfInterrupted(*file, owner);
         const std::string bytes = DecodeContent(*file, owner);
         records.push_back(RecordOf(*file, bytes));
         KeepContent(call, bytes, records.back().hash);

@@ -46,6 +46,9 @@ enum class MessageNumber : int {
     ContentPageDamaged = 20052, // name, kind, page
     NeedsWriter = 20053, // path
 
+    // The user stopped a call. %1 is the file that was next, %2 its kind.
+    Interrupted = 20090,
+
     // File names. %1 is the name, %2 the kind or item that it belongs to.
     NameEmpty = 20100,
     NameIsFolder = 20101,

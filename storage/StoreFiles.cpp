@@ -2,6 +2,7 @@
 // Files of kinds.
 #include "storage/Store.h"
 
+#include "platform/host/FileSteps.h"
 #include "platform/text/CaseFold.h"
 #include "platform/text/Numbers.h"
 #include "platform/text/Utf8.h"
@@ -40,6 +41,7 @@ void CheckAgainstStored(const KindKey& kind, const FilesByName& files,
 }
 
 void AddOrReplace(WriteCall& call, const Repository::CRepositoryFile& file, const FileRow* old) {
+    StopIfInterrupted(file, file.GetOriginId());
     const std::string bytes = DecodeContent(file, file.GetOriginId());
     const FileRecord record = RecordOf(file, bytes);
     if (old && old->record == record)
@@ -105,6 +107,7 @@ void Store::AddFiles(const Repository::RepositoryFiles& files) {
         for (const auto& [folded, file] : sent) {
             const auto found = old.find(folded);
             AddOrReplace(call, *file, found == old.end() ? nullptr : &found->second);
+            Platform::TellFileStep(Platform::FileStep::Stored);
         }
     }
     call.Commit();

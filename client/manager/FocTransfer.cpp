@@ -6,6 +6,7 @@
 #include "ZEBXRepositoryClient/LocalContent.h"
 #include "client/records/RepositoryFileWriter.h"
 #include "client/util/Border.h"
+#include "platform/host/Interruption.h"
 #include "platform/os/File.h"
 
 namespace Repository {
@@ -102,6 +103,8 @@ int CRepositoryStorageManager::SaveAllFOC(int unused) {
     return AtBorder(0, [&] {
         int result = 1;
         for (const auto& [key, kind] : m_focKinds) {
+            if (Platform::IsInterrupted())
+                return 0;
             if (!IsEnabled(*kind) || SaveFOC(key.c_str(), unused))
                 continue;
             LogKindNotSent(kind->GetMsgNum());

@@ -6,6 +6,7 @@
 #include "ZEBXGisCore/ModuleConfiguration.h"
 #include "ZEBXRepositoryClient/StorageBackend.h"
 #include "client/util/Border.h"
+#include "platform/host/Interruption.h"
 #include "platform/os/File.h"
 #include "platform/os/Path.h"
 #include "platform/os/UserFolders.h"
@@ -86,7 +87,9 @@ int CRepositoryStorageManager::AmIAdmin() const {
 }
 
 int CRepositoryStorageManager::IsRepositoryAccessible() {
-    return AtBorder(0, [&] { return Backend()->IsRepositoryAccessible(); });
+    // Whoever asks between two steps stops the same way when the user wants it to.
+    return AtBorder(
+        0, [&] { return Platform::IsInterrupted() ? 0 : Backend()->IsRepositoryAccessible(); });
 }
 
 CString CRepositoryStorageManager::GetRepositroyStorageName() {

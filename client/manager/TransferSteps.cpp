@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "TransferSteps.h"
 
+#include "platform/host/FileSteps.h"
+#include "platform/host/Interruption.h"
 #include "platform/text/Fill.h"
 
 #include <boost/make_shared.hpp>
@@ -23,9 +25,12 @@ void LogFailure(int msgNum, const CString& what) {
 } // namespace
 
 void CollectFile(const CString& path, const FileLabel& label, RepositoryFiles& files) {
+    if (Platform::IsInterrupted())
+        return; // the kind is not sent then, see IsRepositoryAccessible
     const auto file = boost::make_shared<CRepositoryFile>();
     if (!file->LoadFile(path.c_str()))
         return;
+    Platform::TellFileStep(Platform::FileStep::Read);
     file->SetFileManagerId(label.fileManagerId);
     file->SetOriginId(label.originId);
     file->SetCustomParameter(label.kindId.c_str());
@@ -34,6 +39,8 @@ void CollectFile(const CString& path, const FileLabel& label, RepositoryFiles& f
 }
 
 void LogFetchedFile(const CRepositoryFile& file, bool isWritten) {
+    if (isWritten)
+        Platform::TellFileStep(Platform::FileStep::Written);
     if (isWritten)
         LogLine(MessageSuccess, file.GetFileName());
     else

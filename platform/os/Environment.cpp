@@ -9,6 +9,7 @@
 #include <ctime>
 
 #include <pwd.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace Platform {
@@ -44,6 +45,11 @@ CString UtcNow() {
 
 bool IsTerminal(int descriptor) {
     return ::isatty(descriptor) == 1;
+}
+
+std::size_t TerminalColumns(int descriptor) {
+    struct winsize size = {};
+    return ::ioctl(descriptor, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
 }
 
 } // namespace Platform

@@ -24,4 +24,7 @@ ZEBX_EXPORT CString UtcNow();
 // Whether the file descriptor (1 output, 2 errors) is a terminal.
 ZEBX_EXPORT bool IsTerminal(int descriptor);
 
+// The columns of the terminal at the file descriptor; 0 when it is none or does not say.
+ZEBX_EXPORT std::size_t TerminalColumns(int descriptor);
+
 } // namespace Platform

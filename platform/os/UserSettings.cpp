@@ -175,9 +175,11 @@ SettingValue UserSettings::Get(Setting setting) {
     if (description.variable)
         if (const auto value = EnvironmentValue(description.variable))
             if (ExpectedInstead(shape, *value).empty())
-                return {Completed(shape, *value, CurrentFolder()), SettingOrigin::Environment};
+                return {Completed(shape, *value, CurrentFolder()), SettingOrigin::Environment,
+                        FromUtf8(description.variable)};
     if (const auto value = FromFile(setting))
-        return {Completed(shape, *value, FolderOfFile(m_filePath)), SettingOrigin::File};
+        return {Completed(shape, value->value, FolderOfFile(m_filePath)), SettingOrigin::File,
+                m_filePath, value->line};
     return {DefaultOf(setting), SettingOrigin::Default};
 }
 
@@ -212,7 +214,7 @@ void UserSettings::Reset() {
     m_problems.clear();
 }
 
-std::optional<CString> UserSettings::FromFile(Setting setting) {
+std::optional<UserSettings::FileValue> UserSettings::FromFile(Setting setting) {
     const Description& description = DescriptionOf(setting);
     if (!description.section)
         return std::nullopt;
@@ -244,7 +246,7 @@ void UserSettings::ReadFileOnce() {
         CString problem = ProblemOf(line);
         const Description* description = FindInFile(line);
         if (problem.empty() && description && !line.value.empty() &&
-            !m_file.emplace(NameInFile(*description), line.value).second)
+            !m_file.emplace(NameInFile(*description), FileValue{line.value, line.number}).second)
             problem = Fill(u"\"%s\" stands a second time; the first is used", {line.key});
         if (!problem.empty())
             report(line.number, std::move(problem));

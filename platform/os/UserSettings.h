@@ -17,7 +17,7 @@ enum class Setting {
     Config,       // path of zebx.ini itself:  --config, ZEBX_CONFIG
     Install,      // installation folder:      --install, ZEBX_INSTALL, [folders] install
     Support,      // support folder:           --support, ZEBX_SUPPORT, [folders] support
-    Language,     // "en" or "hr":             ZEBX_LANGUAGE, [general] language, LC_ALL...
+    Language,     // "en" or "hr":  --language, ZEBX_LANGUAGE, [general] language, LC_ALL...
     EnabledKinds, // identifiers by comma:     [kinds] enabled
     Trace,        // "on" or "off":            ZEBX_TRACE, [logging] trace
     TraceFile,    // path:                     [logging] trace_file
@@ -29,6 +29,8 @@ enum class SettingOrigin { Option, Environment, File, Default };
 struct SettingValue {
     CString value;
     SettingOrigin origin = SettingOrigin::Default;
+    CString place = {}; // the variable's name or the file's path; else empty
+    int line = 0;       // in the file; else 0
 };
 
 // A line of zebx.ini or a variable that was not understood, and what was done instead.
@@ -60,12 +62,17 @@ public:
 private:
     UserSettings() = default;
     void ReadFileOnce();
-    std::optional<CString> FromFile(Setting setting);
+
+    struct FileValue {
+        CString value;
+        int line = 0;
+    };
+    std::optional<FileValue> FromFile(Setting setting);
 
     std::map<Setting, CString> m_options;
     CString m_filePath; // the zebx.ini that m_file and m_problems were read from
     bool m_fileRead = false;
-    std::map<CString, CString> m_file; // "section.key" to value
+    std::map<CString, FileValue> m_file; // by "section.key"
     std::vector<SettingProblem> m_problems;
 };
 

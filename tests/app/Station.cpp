@@ -87,10 +87,14 @@ Station::Station() {
 
 Station::Start Station::StartOf(const fs::path& program,
                                 const std::vector<std::string>& arguments) const {
-    Start start{program, arguments, {}, Folder() / "out", Folder() / "err"};
+    return {program, arguments, Environment(), Folder() / "out", Folder() / "err"};
+}
+
+std::vector<std::string> Station::Environment() const {
+    std::vector<std::string> environment;
     for (const auto& [variable, value] : m_variables)
-        start.environment.emplace_back(variable).append("=").append(value);
-    return start;
+        environment.emplace_back(variable).append("=").append(value);
+    return environment;
 }
 
 Ended Station::Finish(Start start) {

@@ -49,6 +49,9 @@ public:
         m_variables[variable] = value;
     }
 
+    // Of the program, "NAME=value" each.
+    std::vector<std::string> Environment() const;
+
     fs::path Folder() const { return m_folder.Native(); }
     fs::path Support() const { return Folder() / "data/StudioZEB/support"; }
     fs::path Ini() const { return Folder() / "config/StudioZEB/zebx.ini"; }

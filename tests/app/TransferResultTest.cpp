@@ -39,6 +39,7 @@ TEST(TransferResult, EveryProblemHasItsExitStatus) {
     EXPECT_EQ(StatusOf(Problem::Integrity), ExitStatus::Integrity);
     EXPECT_EQ(StatusOf(Problem::Full), ExitStatus::LocalFile);
     EXPECT_EQ(StatusOf(Problem::Refused), ExitStatus::SomeFailed);
+    EXPECT_EQ(StatusOf(Problem::Interrupted), ExitStatus::Interrupted);
     EXPECT_EQ(StatusOf(Problem::Internal), ExitStatus::Internal);
 }
 

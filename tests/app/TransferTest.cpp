@@ -30,7 +30,8 @@ protected:
         std::ostringstream out;
         std::ostringstream err;
         Json result;
-        const Session session{out, err, *counter, result};
+        TerminalSink terminal(err, {});
+        Session session{out, terminal, *counter, result};
         return Transfer(session, RequireStorage(), kThree, [&](const Selected& selected) {
             moved.push_back(WordFor(selected));
             return move(selected);

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#include "app/Progress.h"
+
+#include "app/Texts.h"
+
+#include "platform/text/Numbers.h"
+
+namespace App {
+namespace {
+
+using Platform::FileStep;
+
+constexpr std::chrono::milliseconds kBetweenLines(100);
+
+constexpr std::array kTexts = {Message::ProgressRead, Message::ProgressStored,
+                               Message::ProgressWritten};
+
+} // namespace
+
+Progress::Progress(TerminalSink& terminal) : m_terminal(terminal) {
+    if (m_terminal.ShowsProgress())
+        Platform::SetFileStepListener([this](FileStep step) { Count(step); });
+}
+
+Progress::~Progress() {
+    Platform::SetFileStepListener({});
+    m_terminal.ShowProgress({});
+}
+
+void Progress::Begin(const CString& selection) {
+    m_selection = selection;
+    m_files = {};
+    m_begun = Clock::now();
+}
+
+double Progress::Seconds() const {
+    return std::chrono::duration<double>(Clock::now() - m_begun).count();
+}
+
+// The line is a courtesy: what there is no memory for is not shown.
+void Progress::Count(FileStep step) try {
+    ++m_files[static_cast<std::size_t>(step)];
+    if (Clock::now() - m_shown < kBetweenLines)
+        return;
+    m_shown = Clock::now();
+    m_terminal.ShowProgress(Line());
+} catch (...) {
+}
+
+CString Progress::Line() const {
+    CString line = m_selection + u":";
+    for (std::size_t i = 0; i < kTexts.size(); ++i) {
+        if (m_files[i] > 0)
+            line += u"  " + Text(kTexts[i], {Platform::ToText(m_files[i])});
+    }
+    return line + u"  " + Platform::ToText(static_cast<int>(Seconds())) + u" s";
+}
+
+} // namespace App
