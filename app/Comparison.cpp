@@ -150,8 +150,10 @@ void CheckWhatWouldBeSent(const OpenStorage& storage, const std::vector<Selected
     }
     CString problemText;
     const Storage::Problem problem = administration->CheckNames(files, problemText);
-    if (problem != Storage::Problem::None)
+    if (problem == Storage::Problem::Refused)
         throw AppError(StatusOf(problem), problemText + u"\n" + Text(Message::NothingSent));
+    if (problem != Storage::Problem::None)
+        throw AppError(StatusOf(problem), problemText);
 }
 
 } // namespace App

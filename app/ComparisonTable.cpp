@@ -27,6 +27,13 @@ bool IsThereOnly(Difference difference) {
     return difference == Difference::OnlyThere || difference == Difference::Unusable;
 }
 
+// Without an overflow where somebody planted sizes into a repository.
+FilesAndBytes Added(const FilesAndBytes& left, const FilesAndBytes& right) {
+    const auto bytes =
+        static_cast<std::uint64_t>(left.bytes) + static_cast<std::uint64_t>(right.bytes);
+    return {left.files + right.files, static_cast<std::int64_t>(bytes)};
+}
+
 // For programs, which look from neither side.
 const char* NameOf(Difference difference) {
     switch (difference) {
@@ -98,17 +105,15 @@ FilesAndBytes Sum(const ComparedKind& kind, Difference difference, Purpose purpo
     FilesAndBytes sum;
     for (const ComparedFile& file : kind.files) {
         if (file.difference == difference)
-            sum = {sum.files + 1, sum.bytes + BytesOf(file, purpose)};
+            sum = Added(sum, {1, BytesOf(file, purpose)});
     }
     return sum;
 }
 
 FilesAndBytes Sum(const std::vector<ComparedKind>& kinds, Difference difference, Purpose purpose) {
     FilesAndBytes sum;
-    for (const ComparedKind& kind : kinds) {
-        const FilesAndBytes one = Sum(kind, difference, purpose);
-        sum = {sum.files + one.files, sum.bytes + one.bytes};
-    }
+    for (const ComparedKind& kind : kinds)
+        sum = Added(sum, Sum(kind, difference, purpose));
     return sum;
 }
 
@@ -174,13 +179,12 @@ Json JsonOf(const std::vector<ComparedKind>& kinds, Purpose purpose) {
 void GivePlan(Session& session, const std::vector<ComparedKind>& kinds, Purpose purpose) {
     const bool isPull = purpose == Purpose::Pull;
     PrintStates(session.out, kinds, purpose);
-    const FilesAndBytes fresh =
-        Sum(kinds, isPull ? Difference::OnlyThere : Difference::OnlyHere, purpose);
-    const FilesAndBytes changed = Sum(kinds, Difference::Changed, purpose);
+    const FilesAndBytes moved =
+        Added(Sum(kinds, isPull ? Difference::OnlyThere : Difference::OnlyHere, purpose),
+              Sum(kinds, Difference::Changed, purpose));
     PrintWrapped(session.out, u"",
                  Text(isPull ? Message::PullWould : Message::PushWould,
-                      {Platform::ToText(fresh.files + changed.files),
-                       Platform::ToText(fresh.bytes + changed.bytes)}));
+                      {Platform::ToText(moved.files), Platform::ToText(moved.bytes)}));
     session.result = JsonOf(kinds, purpose);
 }
 

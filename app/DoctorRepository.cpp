@@ -125,10 +125,10 @@ std::uint64_t StoredBytes(Storage::RepositoryAdministration& administration) {
     std::vector<Storage::StoredGS> settings;
     CString problemText;
     administration.List(files, settings, problemText);
-    std::int64_t bytes = 0;
+    std::uint64_t bytes = 0;
     for (const auto& file : files)
-        bytes += file.sizeBytes;
-    return static_cast<std::uint64_t>(bytes);
+        bytes += static_cast<std::uint64_t>(file.sizeBytes);
+    return bytes;
 }
 
 std::uint64_t LocalBytes(Repository::CRepositoryStorageManager& manager) {
