@@ -3,7 +3,6 @@
 
 #include "app/Texts.h"
 
-#include "ZEBXRepositoryClient/Base64.h"
 #include "platform/text/CaseFold.h"
 #include "platform/text/Utf8.h"
 
@@ -44,7 +43,8 @@ void ListKind(Repository::StorageBackend& backend, Group group, const CString& k
         const auto file = backend.GetRepositoryFile(id.c_str());
         if (!file)
             continue;
-        const std::string bytes = Repository::Base64Decode(file->GetFileContent());
+        std::string buffer;
+        const std::string_view bytes = file->GetFileBytes(buffer);
         entries.push_back({group,
                            kind,
                            true,

@@ -12,7 +12,7 @@ install(TARGETS zebxplatform ZEBXGisCore ZEBXLogging ZEBXWorkspaceCore ZEBXRepos
 install(DIRECTORY docs/schemas DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/zebx COMPONENT runtime)
 
 install(DIRECTORY platform/ DESTINATION ${ZEBX_INCLUDE_DIR}/platform COMPONENT development
-  FILES_MATCHING PATTERN "*.h" PATTERN "System*.h" EXCLUDE)
+  FILES_MATCHING PATTERN "*.h" PATTERN "System*.h" EXCLUDE PATTERN "FolderNames.h" EXCLUDE)
 install(DIRECTORY
   family/GisCore/include/ family/Logging/include/ family/WorkspaceCore/include/
   client/include/ storage/include/

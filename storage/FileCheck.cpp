@@ -30,7 +30,7 @@ std::uint64_t DecodedSize(std::string_view base64) {
 }
 
 // Whether the decoder came to the end and nothing was hidden in the last group's spare bits.
-bool IsWhole(std::string_view base64, const std::string& bytes) {
+bool IsWhole(std::string_view base64, std::string_view bytes) {
     if (base64.size() % 4 != 0 || bytes.size() != DecodedSize(base64))
         return false;
     const std::size_t tail = bytes.size() % 3;
@@ -39,10 +39,16 @@ bool IsWhole(std::string_view base64, const std::string& bytes) {
                             base64.substr(base64.size() - 4);
 }
 
+std::uint64_t ContentSize(const CRepositoryFile& file) {
+    std::string unused;
+    return file.HasFileBytes() ? file.GetFileBytes(unused).size()
+                               : DecodedSize(file.GetFileContent());
+}
+
 void CheckFile(const CRepositoryFile& file, CStringView owner, std::uint64_t maxFileBytes,
                Refusals& refusals) {
     const CString name = file.GetFileName();
-    CheckNameAndSize(name, owner, DecodedSize(file.GetFileContent()), maxFileBytes, refusals);
+    CheckNameAndSize(name, owner, ContentSize(file), maxFileBytes, refusals);
     if (!IsKept(file.GetFileManagerId()) || !IsKept(file.GetOriginId()) ||
         !IsKept(file.GetCustomParameter()))
         refusals.Add(MessageNumber::TextNotKept, {name, CString(owner)});
@@ -66,7 +72,8 @@ void AddToKind(FilesByName& kind, const CRepositoryFile& file, Refusals& refusal
 }
 
 bool IsEmptyFile(const boost::shared_ptr<CRepositoryFile>& file) {
-    return file && file->GetFileName().empty() && file->GetFileContent().empty();
+    return file && file->GetFileName().empty() && !file->HasFileBytes() &&
+           file->GetFileContent().empty();
 }
 
 [[noreturn]] void RefuseNothing() {
@@ -140,10 +147,10 @@ void StopIfInterrupted(const CRepositoryFile& next, CStringView owner) {
                            {next.GetFileName(), CString(owner)});
 }
 
-std::string DecodeContent(const CRepositoryFile& file, CStringView owner) {
-    const std::string& base64 = file.GetFileContent();
-    std::string bytes = Repository::Base64Decode(base64);
-    if (!IsWhole(base64, bytes))
+std::string_view DecodeContent(const CRepositoryFile& file, CStringView owner,
+                               std::string& buffer) {
+    const std::string_view bytes = file.GetFileBytes(buffer);
+    if (!file.HasFileBytes() && !IsWhole(file.GetFileContent(), bytes))
         throw StorageError(Problem::Refused, MessageNumber::FileNotBase64,
                            {file.GetFileName(), CString(owner)});
     return bytes;

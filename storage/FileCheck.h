@@ -57,7 +57,9 @@ CheckHeldFiles(const Repository::RepositoryFiles& files, CStringView owner,
 // is then undone whole.
 void StopIfInterrupted(const Repository::CRepositoryFile& next, CStringView owner);
 
-// The bytes of a file's content.  Throws Refused when it is not base64 to its end.
-std::string DecodeContent(const Repository::CRepositoryFile& file, CStringView owner);
+// The bytes of a file's content: its own, or decoded into `buffer`.  Throws Refused when the
+// content is not base64 to its end.
+std::string_view DecodeContent(const Repository::CRepositoryFile& file, CStringView owner,
+                               std::string& buffer);
 
 } // namespace Storage

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "storage/FileRows.h"
 
-#include "ZEBXRepositoryClient/Base64.h"
 #include "platform/text/CaseFold.h"
 #include "platform/text/Numbers.h"
 #include "platform/text/Utf8.h"
@@ -90,21 +89,32 @@ void FileReader::CheckStoredName(const CString& name, const CString& owner) cons
         throw StorageError(Problem::Integrity, MessageNumber::RecordDamaged, {name, owner});
 }
 
-void FileReader::CheckContent(const CString& name, const CString& owner) const {
+void FileReader::CheckContentSize(const CString& name, const CString& owner) const {
     if (m_rows->IsNull(kContent))
         throw StorageError(Problem::Integrity, MessageNumber::ContentMissing, {name, owner});
     const std::int64_t sizeBytes = m_rows->Integer(kSizeBytes);
     if (m_rows->Integer(kContentSize) != sizeBytes ||
-        !Fits(m_rows->Bytes(kContent), sizeBytes, m_rows->Bytes(kHash)))
+        static_cast<std::int64_t>(m_rows->Bytes(kContent).size()) != sizeBytes)
         throw StorageError(Problem::Integrity, MessageNumber::ContentDamaged, {name, owner});
 }
 
+void UncheckedFile::CheckHash(const std::string& hash) const {
+    if (hash != expectedHash)
+        throw StorageError(Problem::Integrity, MessageNumber::ContentDamaged,
+                           {file->GetFileName(), file->GetOriginId()});
+}
+
 boost::shared_ptr<CRepositoryFile> FileReader::File() const {
+    const UncheckedFile read = ReadUnchecked();
+    read.CheckHash(ContentHash(m_rows->Bytes(kContent)));
+    return read.file;
+}
+
+UncheckedFile FileReader::ReadUnchecked() const {
     const CString name = FromUtf8(m_rows->Text(kName));
     const CString owner = FromUtf8(m_rows->Text(kOriginId));
     CheckStoredName(name, owner);
-    CheckContent(name, owner);
-    const std::string_view bytes = m_rows->Bytes(kContent);
+    CheckContentSize(name, owner);
     auto file = boost::make_shared<CRepositoryFile>();
     file->SetFileId(Platform::ToText(m_rows->Integer(kId)).c_str());
     file->SetFileManagerId(FromUtf8(m_rows->Text(kFileManagerId)).c_str());
@@ -112,9 +122,8 @@ boost::shared_ptr<CRepositoryFile> FileReader::File() const {
     file->SetFileName(name.c_str());
     file->SetCustomParameter(FromUtf8(m_rows->Text(kCustomParameter)).c_str());
     file->SetFileType(static_cast<Repository::enmFileType>(m_rows->Integer(kFileType)));
-    file->SetFileContent(
-        Repository::Base64Encode(bytes.data(), static_cast<std::uint32_t>(bytes.size())));
-    return file;
+    file->SetFileBytes(std::string(m_rows->Bytes(kContent)));
+    return {file, std::string(m_rows->Bytes(kHash))};
 }
 
 void AttachFiles(FileReader reader, const FileLists& lists, const LeftOut& leftOut) {

@@ -31,11 +31,11 @@ bool ContentIsKnown(SqlConnection& sql, const std::string& hash) {
 
 } // namespace
 
-FileRecord RecordOf(const CRepositoryFile& file, std::string_view bytes) {
+FileRecord RecordOf(const CRepositoryFile& file, std::string_view bytes, std::string hash) {
     return {file.GetFileName(), file.GetFileManagerId(),
             file.GetOriginId(), file.GetCustomParameter(),
             file.GetFileType(), static_cast<std::int64_t>(bytes.size()),
-            ContentHash(bytes)};
+            std::move(hash)};
 }
 
 void KeepContent(WriteCall& call, std::string_view bytes, const std::string& hash) {
@@ -104,10 +104,11 @@ void EndHeldFiles(WriteCall& call, std::int64_t holder) {
 std::vector<FileRecord>
 KeepContents(WriteCall& call, const std::vector<const CRepositoryFile*>& files, CStringView owner) {
     std::vector<FileRecord> records;
+    std::string buffer;
     for (const CRepositoryFile* file : files) {
         StopIfInterrupted(*file, owner);
-        const std::string bytes = DecodeContent(*file, owner);
-        records.push_back(RecordOf(*file, bytes));
+        const std::string_view bytes = DecodeContent(*file, owner, buffer);
+        records.push_back(RecordOf(*file, bytes, ContentHash(bytes)));
         KeepContent(call, bytes, records.back().hash);
     }
     return records;

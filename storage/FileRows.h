@@ -29,7 +29,8 @@ struct FileRow {
     FileRecord record;
 };
 
-FileRecord RecordOf(const Repository::CRepositoryFile& file, std::string_view bytes);
+FileRecord RecordOf(const Repository::CRepositoryFile& file, std::string_view bytes,
+                    std::string hash);
 
 // Keeps a content; one that is there already is not touched.
 void KeepContent(WriteCall& call, std::string_view bytes, const std::string& hash);
@@ -53,6 +54,15 @@ std::vector<FileRecord> KeepContents(WriteCall& call,
                                      CStringView owner);
 void InsertHeldFiles(WriteCall& call, std::int64_t holder, const std::vector<FileRecord>& records);
 
+// A file all of which was checked but its hash.
+struct UncheckedFile {
+    boost::shared_ptr<Repository::CRepositoryFile> file;
+    std::string expectedHash;
+
+    // Throws Integrity unless `hash`, which the content has, is the expected one.
+    void CheckHash(const std::string& hash) const;
+};
+
 // Reads files with their contents, each checked before it is given out.
 class FileReader {
 public:
@@ -67,11 +77,13 @@ public:
     std::int64_t Holder() const;
     // Throws Refused for a name that may not be given out, Integrity for what is damaged.
     boost::shared_ptr<Repository::CRepositoryFile> File() const;
+    // The same but for the hash.
+    UncheckedFile ReadUnchecked() const;
 
 private:
     explicit FileReader(std::unique_ptr<SqlRows> rows) : m_rows(std::move(rows)) {}
     void CheckStoredName(const CString& name, const CString& owner) const;
-    void CheckContent(const CString& name, const CString& owner) const;
+    void CheckContentSize(const CString& name, const CString& owner) const;
 
     std::unique_ptr<SqlRows> m_rows;
 };

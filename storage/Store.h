@@ -8,7 +8,7 @@
 
 #include "ZEBXRepositoryClient/StorageBackend.h"
 #include "ZEBXRepositoryStorage/RepositoryAdministration.h"
-#include "storage/FileRows.h"
+#include "storage/FilesAhead.h"
 #include "storage/WriteCall.h"
 
 namespace Storage {
@@ -85,6 +85,7 @@ private:
 
     std::unique_ptr<SqlConnection> m_sql;
     StoreOptions m_options;
+    FilesAhead m_filesAhead;
 };
 
 } // namespace Storage

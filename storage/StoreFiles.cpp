@@ -8,6 +8,7 @@
 #include "platform/text/Utf8.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <tuple>
 
@@ -40,15 +41,54 @@ void CheckAgainstStored(const KindKey& kind, const FilesByName& files,
     }
 }
 
-void AddOrReplace(WriteCall& call, const Repository::CRepositoryFile& file, const FileRow* old) {
-    StopIfInterrupted(file, file.GetOriginId());
-    const std::string bytes = DecodeContent(file, file.GetOriginId());
-    const FileRecord record = RecordOf(file, bytes);
-    if (old && old->record == record)
+struct SentFile {
+    const Repository::CRepositoryFile* file;
+    const FileRow* old; // null: new
+};
+
+// The contents of files and their hashes, in order; the next ones are hashed meanwhile.
+class Contents {
+public:
+    explicit Contents(const std::vector<SentFile>& files) : m_files(files) {}
+
+    // The next file's bytes, valid until the next call, and their hash.
+    std::pair<std::string_view, std::string> Next() {
+        while (m_begun < m_files.size() && m_begun < m_taken + kAhead)
+            Begin();
+        const std::string_view bytes = m_contents[m_taken++ % m_contents.size()].bytes;
+        return {bytes, m_hashes.Take()};
+    }
+
+private:
+    static constexpr std::size_t kAhead = 3;
+    struct Content {
+        std::string buffer;
+        std::string_view bytes;
+    };
+
+    void Begin() {
+        const auto& file = *m_files[m_begun].file;
+        Content& content = m_contents[m_begun++ % m_contents.size()];
+        content.bytes = DecodeContent(file, file.GetOriginId(), content.buffer);
+        m_hashes.Add(content.bytes);
+    }
+
+    const std::vector<SentFile>& m_files;
+    std::size_t m_begun = 0;
+    std::size_t m_taken = 0;
+    std::array<Content, kAhead + 1> m_contents; // those in work and the one that was given out
+    HashAhead m_hashes;                         // ends before them
+};
+
+void AddOrReplace(WriteCall& call, const SentFile& sent, std::string_view bytes,
+                  const std::string& hash) {
+    StopIfInterrupted(*sent.file, sent.file->GetOriginId());
+    const FileRecord record = RecordOf(*sent.file, bytes, hash);
+    if (sent.old && sent.old->record == record)
         return;
     KeepContent(call, bytes, record.hash);
-    if (old)
-        EndFile(call, old->id);
+    if (sent.old)
+        EndFile(call, sent.old->id);
     InsertFile(call, std::nullopt, 0, record);
 }
 
@@ -102,13 +142,19 @@ void Store::AddFiles(const Repository::RepositoryFiles& files) {
         CheckAgainstStored(kind, sent, stored[kind], refusals);
     }
     refusals.ThrowIfAny();
+    std::vector<SentFile> all;
     for (const auto& [kind, sent] : kinds) {
         const auto& old = stored[kind];
         for (const auto& [folded, file] : sent) {
             const auto found = old.find(folded);
-            AddOrReplace(call, *file, found == old.end() ? nullptr : &found->second);
-            Platform::TellFileStep(Platform::FileStep::Stored);
+            all.push_back({file, found == old.end() ? nullptr : &found->second});
         }
+    }
+    Contents contents(all);
+    for (const SentFile& sent : all) {
+        const auto [bytes, hash] = contents.Next();
+        AddOrReplace(call, sent, bytes, hash);
+        Platform::TellFileStep(Platform::FileStep::Stored);
     }
     call.Commit();
 }
@@ -127,16 +173,19 @@ std::vector<CString> Store::FileIds(std::int32_t contentCode, CStringView kindId
     }
     std::sort(files.begin(), files.end());
     std::vector<CString> ids;
-    for (const auto& file : files)
-        ids.push_back(Platform::ToText(std::get<2>(file)));
+    std::vector<std::int64_t> rowIds;
+    for (const auto& [folded, name, id] : files) {
+        ids.push_back(Platform::ToText(id));
+        rowIds.push_back(id);
+    }
+    m_filesAhead.Expect(std::move(rowIds));
     return ids;
 }
 
 RepositoryFilePtr Store::File(CStringView fileId) {
     const std::int64_t id = ToRowId(fileId);
     try {
-        FileReader reader = FileReader::ById(*m_sql, id);
-        return reader.Next() ? reader.File() : nullptr;
+        return m_filesAhead.File(*m_sql, id);
     } catch (const StorageError& error) {
         ThrowForFile(*m_sql, id, error);
     }

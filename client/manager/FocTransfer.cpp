@@ -39,11 +39,12 @@ int CRepositoryStorageManager::LoadFOC(const char16_t* id, int loadDependents) {
         std::vector<CString> fileIds;
         if (!Backend()->GetRepositoryFileIds(kContentFOC, id, fileIds))
             fileIds.clear();
+        Platform::FolderWriter writer(folder);
         int result = 1;
         for (const CString& fileId : fileIds) {
             const auto file = Backend()->GetRepositoryFile(fileId.c_str());
             // Written before the connection is asked for, kept: LoadNCF asks first.
-            const bool isWritten = file && WriteRepositoryFile(*file, folder.c_str(), nullptr);
+            const bool isWritten = file && WriteRepositoryFile(*file, writer);
             if (!IsRepositoryAccessible())
                 return 0;
             if (!file) {

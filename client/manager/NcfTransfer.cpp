@@ -35,13 +35,13 @@ RepositoryFiles CollectDrawings(const CNCFMetadata& kind, const char16_t* origin
 
 // One stored drawing to its folder.  False when it could not be written; one that the
 // repository lists and does not have is told of and is not that kind of failure.
-bool WriteDrawing(const boost::shared_ptr<CRepositoryFile>& file, const CString& folder,
+bool WriteDrawing(const boost::shared_ptr<CRepositoryFile>& file, Platform::FolderWriter& writer,
                   const char16_t* kindId) {
     if (!file) {
         LogLine(MessageFailure, kindId);
         return true;
     }
-    const bool isWritten = WriteRepositoryFile(*file, folder.c_str(), nullptr);
+    const bool isWritten = WriteRepositoryFile(*file, writer);
     LogFetchedFile(*file, isWritten);
     return isWritten;
 }
@@ -58,12 +58,13 @@ int CRepositoryStorageManager::LoadNCF(const char16_t* id) {
         std::vector<CString> fileIds;
         if (!Backend()->GetRepositoryFileIds(kContentNCF, id, fileIds))
             return 1;
+        Platform::FolderWriter writer(folder);
         int result = 1;
         for (const CString& fileId : fileIds) {
             const auto file = Backend()->GetRepositoryFile(fileId.c_str());
             if (!IsRepositoryAccessible())
                 return 0; // before the write, kept: LoadFOC writes first
-            if (!WriteDrawing(file, folder, id))
+            if (!WriteDrawing(file, writer, id))
                 result = 0;
         }
         return result;

@@ -12,6 +12,7 @@
 #include "platform/os/Path.h"
 #include "platform/text/Numbers.h"
 
+#include <new>
 #include <utility>
 
 namespace Repository {
@@ -32,6 +33,14 @@ std::string ContentOf(CStringView token) {
 }
 std::string ContentOf(std::string_view token) {
     return std::string(token);
+}
+
+// As GetFileBytes, where the end of memory would look like an empty file: throws then.
+std::string_view BytesOf(const CRepositoryFile& file, std::string& buffer) {
+    if (file.HasFileBytes())
+        return file.GetFileBytes(buffer);
+    buffer = DecodeBase64(file.GetFileContent());
+    return buffer;
 }
 
 template<class View>
@@ -60,7 +69,10 @@ void ReadFields(CRepositoryFile& file, View record) {
 
 void AppendRecord(const CRepositoryFile& file, CString& text) {
     const CString parameter = EncodeBase64Text(file.GetCustomParameter());
-    const CString content = AnsiToWide(file.GetFileContent());
+    const std::string& base64 = file.GetFileContent();
+    if (std::string buffer; base64.empty() && !file.GetFileBytes(buffer).empty())
+        throw std::bad_alloc(); // what the reference cannot tell
+    const CString content = AnsiToWide(base64);
     constexpr std::size_t kShortFields = 256;
     text.reserve(text.size() + parameter.size() + content.size() + kShortFields);
     text += file.GetFileId() + u'#';
@@ -89,9 +101,45 @@ bool ReadLocalFile(CStringView path, CString& name, std::string& bytes) {
     });
 }
 
+const std::string& CRepositoryFile::MakeText() const {
+    if (m_bytes && !m_isTextMade) {
+        m_text = EncodeBase64(*m_bytes);
+        m_isTextMade = true;
+    }
+    return m_text;
+}
+
+std::string& CRepositoryFile::GetFileContent() {
+    AtBorder([this] { MakeText(); });
+    m_bytes.reset();
+    m_isTextLent = true;
+    return m_text;
+}
+
+const std::string& CRepositoryFile::GetFileContent() const {
+    AtBorder([this] { MakeText(); });
+    return m_text;
+}
+
 void CRepositoryFile::SetFileContent(std::string base64) {
     m_isSaved = 0;
-    m_fileContent = std::move(base64);
+    m_bytes.reset();
+    m_text = std::move(base64);
+}
+
+std::string_view CRepositoryFile::GetFileBytes(std::string& buffer) const {
+    if (m_bytes)
+        return *m_bytes;
+    buffer = AtBorder(std::string(), [this] { return DecodeBase64(m_text); });
+    return buffer;
+}
+
+void CRepositoryFile::SetFileBytes(std::string bytes) {
+    SetFileContent({});
+    m_isTextMade = false;
+    m_bytes = std::move(bytes);
+    if (m_isTextLent)
+        GetFileContent();
 }
 
 int CRepositoryFile::LoadFile(const char16_t* path) {
@@ -101,7 +149,7 @@ int CRepositoryFile::LoadFile(const char16_t* path) {
         std::string bytes;
         if (!ReadLocalFile(Platform::TextOf(path), name, bytes))
             return 0;
-        m_fileContent = EncodeBase64(bytes);
+        SetFileBytes(std::move(bytes));
         m_fileName = std::move(name);
         return 1;
     });
@@ -118,7 +166,15 @@ bool WriteRepositoryFile(const CRepositoryFile& file, const char16_t* folder,
     return AtBorder(false, [&] {
         const CString target =
             CString(Platform::TextOf(folder)) + (name ? CString(name) : file.GetFileName());
-        return !Platform::WriteFile(target, DecodeBase64(file.GetFileContent()));
+        std::string buffer;
+        return !Platform::WriteFile(target, BytesOf(file, buffer));
+    });
+}
+
+bool WriteRepositoryFile(const CRepositoryFile& file, Platform::FolderWriter& writer) noexcept {
+    return AtBorder(false, [&] {
+        std::string buffer;
+        return !writer.Write(file.GetFileName(), BytesOf(file, buffer));
     });
 }
 

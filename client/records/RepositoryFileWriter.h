@@ -4,6 +4,7 @@
 #pragma once
 
 #include "ZEBXRepositoryClient/RepositoryFile.h"
+#include "platform/os/FolderWriter.h"
 
 namespace Repository {
 
@@ -12,5 +13,8 @@ namespace Repository {
 // every byte, so that the file holds exactly the content; never throws.
 bool WriteRepositoryFile(const CRepositoryFile& file, const char16_t* folder,
                          const char16_t* name) noexcept;
+
+// The same to the folder that `writer` writes to, under the file's own name.
+bool WriteRepositoryFile(const CRepositoryFile& file, Platform::FolderWriter& writer) noexcept;
 
 } // namespace Repository

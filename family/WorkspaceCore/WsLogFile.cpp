@@ -33,8 +33,11 @@ void CWsLogFile::Write(const CWsMessage& message) try {
     std::replace_if(
         text.begin(), text.end(), [](char16_t c) { return c == u'\n' || c == u'\r'; }, u' ');
     const CString line = message.time + u"\t" + WordFor(message.type) + u"\t" + text + u"\n";
+    const std::string bytes = Platform::ToUtf8(line);
+    if (Platform::AppendFile(m_path, bytes) != std::errc::no_such_file_or_directory)
+        return;
     Platform::CreateFolderChain(Platform::FolderOf(m_path), Platform::Access::Private);
-    Platform::AppendFile(m_path, Platform::ToUtf8(line));
+    Platform::AppendFile(m_path, bytes);
 } catch (...) { // the log must not stop the work
 }
 

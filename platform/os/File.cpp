@@ -218,7 +218,10 @@ std::error_code ReadFile(CStringView path, std::string& bytes) {
 }
 
 std::error_code WriteFile(CStringView path, std::string_view bytes) {
-    const std::string target = LookUp(path);
+    return WriteNativeFile(LookUp(path), bytes);
+}
+
+std::error_code WriteNativeFile(const std::string& target, std::string_view bytes) {
     struct stat previous;
     std::error_code error = System::Status(target, Links::Keep, previous);
     if (error == std::errc::no_such_file_or_directory)

@@ -49,6 +49,9 @@ ZEBX_EXPORT std::error_code ReadFile(CStringView path, std::string& bytes);
 // is, and a failure may cut it.
 ZEBX_EXPORT std::error_code WriteFile(CStringView path, std::string_view bytes);
 
+// As WriteFile, to a native path that was looked up already.
+std::error_code WriteNativeFile(const std::string& target, std::string_view bytes);
+
 // As WriteFile, but always a new file, and flushed to the disk: whole or not at all also
 // over a crash of the machine.
 ZEBX_EXPORT std::error_code ReplaceFile(CStringView path, std::string_view bytes, Access access);

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/os/Path.h"
 
+#include "platform/os/FolderNames.h"
 #include "platform/os/System.h"
-#include "platform/text/CaseFold.h"
 #include "platform/text/Utf8.h"
 
 #include <algorithm>
@@ -18,17 +18,11 @@ std::error_code Look(const std::string& native) {
     return System::Status(native, System::Links::Keep, ignored);
 }
 
-// The first name in `folder`, in ascending order, that is `name` without regard to
-// case; empty when there is none.
+// The name that `name` means in `folder`; empty when there is none.
 std::string FindIgnoringCase(const std::string& folder, const std::string& name) {
-    std::vector<std::string> names;
-    System::ListNames(folder.empty() ? "." : folder, names);
-    const CString wanted = FoldCase(PathFromNative(name));
-    std::string found;
-    for (std::string& candidate : names)
-        if ((found.empty() || candidate < found) && FoldCase(PathFromNative(candidate)) == wanted)
-            found = std::move(candidate);
-    return found;
+    const FolderNames names(folder);
+    const std::string* found = names.Find(name);
+    return found ? *found : std::string();
 }
 
 } // namespace

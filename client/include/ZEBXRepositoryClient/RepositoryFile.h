@@ -8,7 +8,9 @@
 #include "platform/text/Text.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace Repository {
 
@@ -30,9 +32,21 @@ public:
 
     // The file's bytes as base64 text, never the raw bytes.  SetFileContent also says
     // that the new content is not saved yet; a change through the reference does not.
-    std::string& GetFileContent() { return m_fileContent; }
-    const std::string& GetFileContent() const { return m_fileContent; }
+    // A text that would not fit into memory reads as the empty text.
+    std::string& GetFileContent();
+    const std::string& GetFileContent() const;
     void SetFileContent(std::string base64);
+
+    // The same content as raw bytes, for whoever takes or gives these: the disk, a
+    // repository that keeps bytes.  A file that was loaded or set by its bytes holds them
+    // and makes the base64 text when that is first asked for.
+    //
+    // GetFileBytes: the bytes held, else those that the text gives as far as it is base64,
+    // decoded into `buffer`; valid until the file or `buffer` changes.  Empty when memory
+    // ends.
+    bool HasFileBytes() const { return m_bytes.has_value(); }
+    std::string_view GetFileBytes(std::string& buffer) const;
+    void SetFileBytes(std::string bytes);
 
     enmFileType GetFileType() const { return m_fileType; }
     void SetFileType(enmFileType type) { m_fileType = type; }
@@ -61,12 +75,19 @@ public:
     int Deserialize(const std::string& record);
 
 private:
+    const std::string& MakeText() const;
+
     CString m_fileId;
     CString m_fileManagerId;
     CString m_originId;
     CString m_fileName;
     CString m_customParameter;
-    std::string m_fileContent;
+    // Without m_bytes, m_text is the content; with it, the text that was made of it or
+    // nothing yet.
+    std::optional<std::string> m_bytes;
+    mutable std::string m_text;
+    mutable bool m_isTextMade = false;
+    bool m_isTextLent = false; // somebody may change m_text behind this object's back
     enmFileType m_fileType = FileTypeNone;
     std::int32_t m_isSaved = 0;
 };

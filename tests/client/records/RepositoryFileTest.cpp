@@ -10,6 +10,7 @@
 
 #include <csignal>
 #include <sys/resource.h>
+#include <utility>
 
 using namespace Repository;
 
@@ -181,6 +182,53 @@ TEST_F(RepositoryFile, ContentThatIsNotBase64IsSavedAsFarAsItGoes) {
     file.SetFileContent("TWFu\nTWFu");
     EXPECT_EQ(file.SaveFile(m_folder.Path().c_str(), nullptr), 1);
     EXPECT_EQ(BytesOfFile(Native("x.cfg")), "Man");
+}
+
+TEST_F(RepositoryFile, BytesAndTextAreTheSameContent) {
+    CRepositoryFile file;
+    std::string buffer;
+    EXPECT_EQ(file.GetFileBytes(buffer), "");
+    file.SetIsSaved(1);
+    file.SetFileBytes("Man");
+    EXPECT_EQ(file.GetIsSaved(), 0);
+    EXPECT_TRUE(file.HasFileBytes());
+    EXPECT_EQ(std::as_const(file).GetFileContent(), "TWFu");
+    EXPECT_TRUE(file.HasFileBytes());
+    EXPECT_EQ(file.GetFileBytes(buffer), "Man");
+
+    file.SetFileContent("TWE=");
+    EXPECT_FALSE(file.HasFileBytes());
+    EXPECT_EQ(file.GetFileBytes(buffer), "Ma");
+    EXPECT_EQ(file.GetFileContent(), "TWE=");
+}
+
+TEST_F(RepositoryFile, AChangeThroughTheReferenceIsTheContentFromThenOn) {
+    CRepositoryFile file;
+    file.SetFileBytes("Man");
+    std::string& text = file.GetFileContent();
+    EXPECT_EQ(text, "TWFu");
+    text = "TWE=";
+    std::string buffer;
+    EXPECT_EQ(file.GetFileBytes(buffer), "Ma");
+
+    // The reference stays good for the contents that come after.
+    file.SetFileBytes("other");
+    EXPECT_EQ(text, "b3RoZXI=");
+    text = "TQ==";
+    EXPECT_EQ(file.GetFileBytes(buffer), "M");
+    MakeFile(Native("x.dwg"), "Man");
+    ASSERT_EQ(file.LoadFile(Path(u"x.dwg").c_str()), 1);
+    EXPECT_EQ(text, "TWFu");
+}
+
+TEST_F(RepositoryFile, ACopyHasTheContentWhateverHoldsIt) {
+    CRepositoryFile file;
+    file.SetFileBytes("Man");
+    const CRepositoryFile copy = file;
+    file.SetFileBytes("other");
+    std::string buffer;
+    EXPECT_EQ(copy.GetFileBytes(buffer), "Man");
+    EXPECT_EQ(copy.GetFileContent(), "TWFu");
 }
 
 TEST_F(RepositoryFile, TheWriterSaysWhetherTheFileHoldsTheContent) {
