@@ -82,6 +82,30 @@ void PrintWrapped(std::ostream& stream, CStringView lead, CStringView text) {
     PrintLine(stream, line);
 }
 
+CString BrokenLines(CStringView text, std::size_t indent, std::size_t width) {
+    CString broken(text);
+    std::size_t start = 0;             // of the line
+    std::size_t blank = CString::npos; // the line's last one behind a word
+    const auto beginLine = [&](std::size_t at) {
+        start = at;
+        blank = CString::npos;
+        indent = 0;
+    };
+    for (std::size_t i = 0; width > 0 && i < broken.size(); ++i) {
+        const CStringView line = CStringView(broken).substr(start, i - start);
+        if (broken[i] == u'\n') {
+            beginLine(i + 1);
+        } else if (broken[i] == u' ') {
+            if (line.find_first_not_of(u' ') != CStringView::npos)
+                blank = i;
+        } else if (blank != CString::npos && indent + WidthOf(line) >= width) {
+            broken[blank] = u'\n';
+            beginLine(blank + 1);
+        }
+    }
+    return broken;
+}
+
 Table::Table(std::vector<Column> columns) : m_columns(std::move(columns)) {}
 
 void Table::Add(std::vector<CString> row) {

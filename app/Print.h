@@ -36,6 +36,11 @@ CString PadLeft(CStringView text, std::size_t width);
 // a line stays whole.
 void PrintWrapped(std::ostream& stream, CStringView lead, CStringView text);
 
+// `text` with line feeds in place of the blanks at which a line has to end so that no word
+// goes beyond column `width`; a longer word stays whole.  The first line begins at column
+// `indent`.  Width 0 breaks nothing.
+CString BrokenLines(CStringView text, std::size_t indent, std::size_t width);
+
 // Lines in columns.
 class Table {
 public:

@@ -28,10 +28,15 @@ bool IsOnTerminal(const std::ostream& err) {
     return &err == &std::cerr && Platform::IsTerminal(2);
 }
 
-// One column less than there are: a full line would make some terminals begin a new one.
-std::size_t ProgressWidth(const std::ostream& err) {
+// The terminal's, or what is readable on every one.
+std::size_t WidthOfTerminal(const std::ostream& err) {
     const std::size_t columns = IsOnTerminal(err) ? Platform::TerminalColumns(2) : 0;
-    return (columns > 1 ? columns : kLineWidth) - 1;
+    return columns > 1 ? columns : kLineWidth;
+}
+
+// What is no terminal gets each message as one line.
+std::size_t LineWidth(const std::ostream& err) {
+    return IsOnTerminal(err) ? WidthOfTerminal(err) : 0;
 }
 
 TerminalStyle StyleFor(const Invocation& invocation, const std::ostream& err) {
@@ -39,11 +44,12 @@ TerminalStyle StyleFor(const Invocation& invocation, const std::ostream& err) {
     const CString progress = when == invocation.options.end() ? CString(u"auto") : when->second;
     TerminalStyle style;
     style.colour = IsOnTerminal(err) && !Platform::EnvironmentValue("NO_COLOR");
+    style.lineWidth = LineWidth(err);
     style.quiet = invocation.Has("--quiet");
     style.verbose = invocation.Has("--verbose") && !style.quiet;
     const bool mayShow = IsOnTerminal(err) && !style.quiet && !invocation.Has("--json");
     if (progress == u"always" || (progress == u"auto" && mayShow))
-        style.progressWidth = ProgressWidth(err);
+        style.progressWidth = WidthOfTerminal(err) - 1; // a full line would begin a new one
     return style;
 }
 
@@ -125,7 +131,7 @@ ExitStatus Fail(std::ostream& err, Report& report, ExitStatus status, const CStr
     // Without the table the text would be a number.
     const CString missing = MissingTexts();
     const CString& told = missing.empty() ? text : missing;
-    PrintLine(err, u"zebx: " + told);
+    PrintLine(err, BrokenLines(u"zebx: " + told, 0, LineWidth(err)));
     status = missing.empty() ? status : ExitStatus::Configuration;
     report.SetError(status, told);
     return status;

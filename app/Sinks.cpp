@@ -16,25 +16,28 @@ constexpr const char* kYellow = "\x1b[33m";
 constexpr const char* kRed = "\x1b[31m";
 constexpr const char* kPlain = "\x1b[0m";
 
-} // namespace
-
-void ShowMessage(std::ostream& stream, bool colour, std::int32_t type, CStringView text) {
-    if (type == MessageWarning || type == MessageFailure) {
-        const bool failure = type == MessageFailure;
-        if (colour)
+void ShowMessage(std::ostream& stream, const TerminalStyle& style, const CWsMessage& message) {
+    std::size_t indent = 0;
+    if (message.type == MessageWarning || message.type == MessageFailure) {
+        const bool failure = message.type == MessageFailure;
+        const CString word = Text(failure ? Message::Failure : Message::Warning);
+        if (style.colour)
             stream << (failure ? kRed : kYellow);
-        Print(stream, Text(failure ? Message::Failure : Message::Warning));
-        stream << (colour ? kPlain : "") << ' ';
+        Print(stream, word);
+        stream << (style.colour ? kPlain : "") << ' ';
+        indent = WidthOf(word) + 1;
     }
-    PrintLine(stream, text);
+    PrintLine(stream, BrokenLines(message.text, indent, style.lineWidth));
 }
+
+} // namespace
 
 // A sink must not throw; a line that cannot be shown for want of memory is lost.
 void TerminalSink::Write(const CWsMessage& message) try {
     if (m_style.quiet && message.type == MessageSuccess)
         return;
     EraseProgress();
-    ShowMessage(m_stream, m_style.colour, message.type, message.text);
+    ShowMessage(m_stream, m_style, message);
     DrawProgress();
     if (message.type == MessageFailure)
         m_failures.insert(message.text);
@@ -45,7 +48,7 @@ void TerminalSink::Note(CStringView text) {
     if (!m_style.verbose)
         return;
     EraseProgress();
-    PrintLine(m_stream, text);
+    PrintLine(m_stream, BrokenLines(text, 0, m_style.lineWidth));
     DrawProgress();
 }
 

@@ -14,6 +14,7 @@ struct TerminalStyle {
     bool colour = false;
     bool quiet = false;            // warnings and failures only
     bool verbose = false;          // notes as well
+    std::size_t lineWidth = 0;     // lines are broken at blanks before it; 0: not at all
     std::size_t progressWidth = 0; // most columns of the line of progress; 0: there is none
 };
 
@@ -69,8 +70,5 @@ public:
 private:
     boost::shared_ptr<ZEBGis::Workspace::IWsSink> m_sink;
 };
-
-// Writes one message as TerminalSink does.
-void ShowMessage(std::ostream& stream, bool colour, std::int32_t type, CStringView text);
 
 } // namespace App

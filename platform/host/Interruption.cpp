@@ -18,8 +18,10 @@ std::array<struct sigaction, kSignals.size()> g_before;
 extern "C" void OnSignal(int) {
     RequestInterruption();
     // Whoever asks twice does not want to wait for the file under way.
-    for (const int each : kSignals)
-        signal(each, SIG_DFL);
+    for (std::size_t i = 0; i < kSignals.size(); ++i) {
+        if (g_before[i].sa_handler != SIG_IGN)
+            signal(kSignals[i], SIG_DFL);
+    }
 }
 
 } // namespace

@@ -71,4 +71,19 @@ TEST(Print, ANameWithALineBreakDoesNotPassForARow) {
     EXPECT_EQ(stream.str(), "File\na?b\n");
 }
 
+TEST(BrokenLines, EndAtTheLastBlankBeforeTheWidth) {
+    EXPECT_EQ(BrokenLines(u"one two three", 0, 7), u"one two\nthree");
+    EXPECT_EQ(BrokenLines(u"one two three", 0, 6), u"one\ntwo\nthree");
+    EXPECT_EQ(BrokenLines(u"one two three", 1, 7), u"one\ntwo\nthree");
+    EXPECT_EQ(BrokenLines(u"one two three", 0, 13), u"one two three");
+    EXPECT_EQ(BrokenLines(u"one two three", 0, 0), u"one two three");
+}
+
+TEST(BrokenLines, KeepLongWordsAndLineFeeds) {
+    EXPECT_EQ(BrokenLines(u"a /long/path b", 0, 5), u"a\n/long/path\nb");
+    EXPECT_EQ(BrokenLines(u"one\n  two three", 0, 6), u"one\n  two\nthree");
+    EXPECT_EQ(BrokenLines(u"", 0, 5), u"");
+    EXPECT_EQ(BrokenLines(u"čšž ćđ", 0, 6), u"čšž ćđ");
+}
+
 } // namespace

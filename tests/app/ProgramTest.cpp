@@ -63,6 +63,17 @@ TEST_F(Program, ColoursAppearOnATerminalOnlyAndNeverWithNoColor) {
     EXPECT_THAT(station.ZebxOnATerminal({"push", "gs"}).err, StartsWith("Failure: "));
 }
 
+TEST_F(Program, OnATerminalLinesEndAtBlanks) {
+    const Station station;
+    const std::string told = station.ZebxOnATerminal({"status", "--install", "/nowhere"}).err;
+    std::istringstream lines(told);
+    int count = 0;
+    for (std::string line; std::getline(lines, line); ++count)
+        EXPECT_LE(line.size(), 81U) << line; // the terminal adds a carriage return
+    EXPECT_GE(count, 3);
+    EXPECT_THAT(told, HasSubstr("zebx --install DIR"));
+}
+
 TEST_F(Program, RunsAgainInTheSameProcessWithoutTheOptionsOfBefore) {
     EXPECT_EQ(RunHere({"version", "--install", "/nowhere"}).status, 3);
     EXPECT_EQ(RunHere({"version"}).status, 0);

@@ -2,6 +2,8 @@
 // What the manager asks the backend on behalf of others.
 #include "client/manager/ManagerTest.h"
 
+#include "platform/host/Interruption.h"
+
 #include <stdexcept>
 
 using namespace Repository;
@@ -44,6 +46,22 @@ TEST_F(Forwarding, WhetherTheRepositoryIsAccessibleIsTheBackendsAnswerAsItIs) {
         EXPECT_EQ(manager.IsRepositoryAccessible(), answer);
         testing::Mock::VerifyAndClearExpectations(&backend);
     }
+}
+
+TEST_F(Forwarding, NothingIsAccessibleWhileTheUserWantsToStop) {
+    const Platform::InterruptionGuard guard;
+    Platform::RequestInterruption();
+    EXPECT_CALL(backend, IsRepositoryAccessible()).Times(0);
+    EXPECT_EQ(manager.IsRepositoryAccessible(), 0);
+}
+
+TEST_F(Forwarding, NoKindIsSentOnceTheUserWantsToStop) {
+    const Platform::InterruptionGuard guard;
+    Platform::RequestInterruption();
+    EXPECT_CALL(backend, RegisterContent(testing::_, testing::_, testing::_)).Times(0);
+    EXPECT_CALL(backend, AddRepositoryFiles(testing::_)).Times(0);
+    EXPECT_EQ(manager.SaveAllFOC(1), 0);
+    EXPECT_EQ(manager.SaveAllNCFs(), 0);
 }
 
 TEST_F(Forwarding, TheStoragesNameIsTheTextOfTheMessageThatTheBackendNames) {
