@@ -44,7 +44,7 @@ enum class MessageNumber : int {
     DamagedPage = 20050,        // path, page
     NoPageChecksums = 20051,    // path
     ContentPageDamaged = 20052, // name, kind, page
-    NeedsWriter = 20053, // path
+    NeedsWriter = 20053,        // path
 
     // The user stopped a call. %1 is the file that was next, %2 its kind.
     Interrupted = 20090,
@@ -81,6 +81,7 @@ enum class MessageNumber : int {
     InRow = 20137,     // table, row
     InFile = 20138,    // name, kind, row
     InContent = 20139, // hash
+    InLog = 20140,     // path of the repository
     // ... and what.
     PageDamaged = 20145,
     EngineSays = 20146, // its words
@@ -98,6 +99,7 @@ enum class MessageNumber : int {
     AllBytesDiffer = 20158,      // told, real
     LastRowDiffers = 20159,      // told, real
     MoreFindings = 20160,        // how many
+    LogBroken = 20161,           // frame
 };
 
 struct Message {

@@ -3,7 +3,8 @@
 // checksum, which is filled in when the page is written to the file and verified when it is
 // read from there.  docs/storage.md describes the file.
 //
-// Beside SqliteConnection.cpp and SqliteError.cpp, this file and SqliteCheck.cpp know SQLite.
+// Beside SqliteConnection.cpp and SqliteError.cpp, this file, SqliteCheck.cpp and SqliteLog.cpp
+// know SQLite.
 #pragma once
 
 #include <cstdint>

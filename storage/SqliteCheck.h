@@ -9,8 +9,9 @@ struct sqlite3;
 namespace Storage {
 
 // Reads every page of the file, the unused ones too, and tells those that do not fit their
-// checksum.  A page of which the "-wal" file holds a newer form is left out: it may just be
-// written.  Whether all were right.  Throws StorageError when the file cannot be read.
+// checksum, and a "-wal" file that is broken in its middle.  A page of which the "-wal" file holds
+// a newer form is left out: it may just be written.  Whether all pages were right.  Throws
+// StorageError when the file cannot be read.
 bool CheckPages(sqlite3* database, const CString& path, const TellFinding& tell);
 
 } // namespace Storage

@@ -66,6 +66,7 @@ const std::map<MessageNumber, std::size_t> kMessages = {
     {MessageNumber::InRow, 2},
     {MessageNumber::InFile, 3},
     {MessageNumber::InContent, 1},
+    {MessageNumber::InLog, 1},
     {MessageNumber::PageDamaged, 0},
     {MessageNumber::EngineSays, 1},
     {MessageNumber::PartUnread, 1},
@@ -82,6 +83,8 @@ const std::map<MessageNumber, std::size_t> kMessages = {
     {MessageNumber::AllBytesDiffer, 2},
     {MessageNumber::LastRowDiffers, 2},
     {MessageNumber::MoreFindings, 1},
+    {MessageNumber::LogBroken, 1},
+    {MessageNumber::Interrupted, 2},
 };
 
 std::size_t GapsOf(const CString& text) {

@@ -269,5 +269,62 @@ TEST_F(SqlitePages, APageThatIsTornWhileTheLogHoldsItWholeIsNoDamage) {
     EXPECT_NE(m_right.find("c.dwg333333"), std::string::npos);
 }
 
+// The log as a process that was killed after two calls leaves it, beside its repository.
+class SqliteLogs : public SqlitePages {
+protected:
+    void SetUp() override {
+        SqlitePages::SetUp();
+        std::string file;
+        {
+            const auto store = OpenStore();
+            store->AddFiles({MakeFile(u"c.dwg", "333")});
+            store->AddFiles({MakeFile(u"d.dwg", "4444")});
+            file = Bytes();
+            ASSERT_FALSE(Platform::ReadFile(address.path + u"-wal", m_log));
+            m_right = Everything();
+        }
+        ASSERT_GT(m_log.size(), 2 * kFrame);
+        Write(file);
+    }
+    void WriteLog(const std::string& log) {
+        ASSERT_FALSE(Platform::WriteFile(address.path + u"-wal", log));
+    }
+    std::vector<MessageNumber> Findings() {
+        std::vector<MessageNumber> findings;
+        CheckCounts counts;
+        OpenStore()->Check(
+            [&](const Message&, const Message& what) { findings.push_back(what.number); }, counts);
+        return findings;
+    }
+    static constexpr std::size_t kFrame = 24 + kSealedPage;
+    std::string m_log;
+};
+
+TEST_F(SqliteLogs, AWholeOneCounts) {
+    WriteLog(m_log);
+    EXPECT_THAT(Findings(), testing::IsEmpty());
+    EXPECT_EQ(Everything(), m_right);
+}
+
+TEST_F(SqliteLogs, AByteThatFlippedBeforeTheLastCallIsToldByTheCheckAndNotServed) {
+    m_log[32 + 24 + 5000] ^= 1;
+    WriteLog(m_log);
+    EXPECT_THAT(Findings(), testing::ElementsAre(MessageNumber::LogBroken));
+    // What is left is the repository before the two calls.
+    EXPECT_EQ(Everything().find("c.dwg"), std::string::npos);
+    EXPECT_NE(Everything(), "problem");
+}
+
+TEST_F(SqliteLogs, OneThatEndsInTheMiddleOfACallIsAsAKilledProcessLeavesIt) {
+    for (const std::size_t missing : {std::size_t(1), kSealedPage, kFrame + 1}) {
+        WriteLog(m_log.substr(0, m_log.size() - missing));
+        fs::remove(native.string() + "-shm");
+        EXPECT_THAT(Findings(), testing::IsEmpty()) << missing;
+        EXPECT_NE(Everything().find("c.dwg333"), std::string::npos);
+        EXPECT_EQ(Everything().find("d.dwg"), std::string::npos);
+        SetUp();
+    }
+}
+
 } // namespace
 } // namespace Storage
