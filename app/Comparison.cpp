@@ -2,10 +2,13 @@
 #include "app/Comparison.h"
 
 #include "app/MovedKinds.h"
+#include "app/Print.h"
 #include "app/StoredContent.h"
 #include "app/Texts.h"
+#include "app/Transfer.h"
 
 #include "ZEBXGisCore/ModuleConfiguration.h"
+#include "ZEBXWorkspaceCore/WsManager.h"
 #include "platform/text/CaseFold.h"
 #include "platform/text/Utf8.h"
 
@@ -22,6 +25,17 @@ std::int64_t SizeOf(const Content& content) {
     return content ? static_cast<std::int64_t>(content->size()) : 0;
 }
 
+// What is there and cannot be read is not compared, and the user is told.
+Content ReadOrTell(const LocalFile& file, bool& isWhole) {
+    Content content = file.Read();
+    if (!content && file.SizeBytes()) {
+        Log(ZEBGis::Workspace::MessageFailure,
+            Text(Message::NotReadHere, {ShownPath(file.Path())}));
+        isWhole = false;
+    }
+    return content;
+}
+
 ComparedFile Compared(const StoredContent& stored, const Content& here) {
     ComparedFile file{stored.name, Difference::OnlyThere, SizeOf(here), stored.bytes};
     if (here)
@@ -32,8 +46,10 @@ ComparedFile Compared(const StoredContent& stored, const Content& here) {
 // One kind's files, the stored ones as they are shown, then the rest.
 class KindComparison {
 public:
-    KindComparison(const MovedKind& kind, Purpose purpose)
-        : m_kind(kind), m_purpose(purpose), m_result{kind.group, kind.name, {}} {
+    // `isWhole` becomes false when a file here cannot be read.
+    KindComparison(const MovedKind& kind, Purpose purpose, bool& isWhole)
+        : m_kind(kind), m_purpose(purpose),
+          m_isWhole(isWhole), m_result{kind.group, kind.name, {}} {
         std::set<CString> names;
         for (const LocalFile& file : kind.files) {
             if (names.insert(file.Name()).second)
@@ -59,7 +75,7 @@ public:
 
     ComparedKind Finish() {
         for (const auto& [folded, file] : m_unmatched)
-            AddOnlyHere(file->Name(), file->Read());
+            AddOnlyHere(file->Name(), ReadOrTell(*file, m_isWhole));
         return std::move(m_result);
     }
 
@@ -69,8 +85,8 @@ private:
         const LocalFile* sent = TakeOut(name);
         const bool isFetched = m_purpose != Purpose::Push && !m_kind.folder.empty();
         if (isFetched && (m_purpose == Purpose::Pull || !sent))
-            return LocalFile(m_kind.folder + name).Read();
-        return sent ? sent->Read() : std::nullopt;
+            return ReadOrTell(LocalFile(m_kind.folder + name), m_isWhole);
+        return sent ? ReadOrTell(*sent, m_isWhole) : std::nullopt;
     }
 
     // The file of that name, else one that differs from it by case alone; null: none.
@@ -88,23 +104,29 @@ private:
 
     const MovedKind& m_kind;
     Purpose m_purpose;
+    bool& m_isWhole;
     ComparedKind m_result;
     std::multimap<CString, const LocalFile*> m_unmatched; // by folded name
 };
 
-ComparedKind CompareFiles(const StoredContents& stored, const MovedKind& kind, Purpose purpose) {
-    KindComparison comparison(kind, purpose);
+ComparedKind CompareFiles(const StoredContents& stored, const MovedKind& kind, Purpose purpose,
+                          bool& isWhole) {
+    KindComparison comparison(kind, purpose, isWhole);
     stored.LookAtFiles(kind.group, kind.name,
                        [&](const StoredContent& file) { comparison.Take(file); });
     return comparison.Finish();
 }
 
 // Files travel with the text only: without a text nothing is sent.
-ComparedKind CompareSettings(const StoredContents& stored, const MovedKind& kind, Purpose purpose) {
-    const CString xml = ZEBGis::CModuleConfiguration::Instance()->GetCurrentGSXML();
+ComparedKind CompareSettings(const StoredContents& stored, const MovedKind& kind, Purpose purpose,
+                             bool& isWhole) {
+    const auto& configuration = *ZEBGis::CModuleConfiguration::Instance();
+    const CString xml = configuration.GetCurrentGSXML();
+    if (xml.empty())
+        ReadOrTell(LocalFile(configuration.GetPath(u"support") + u"GeneralSettings.xml"), isWhole);
     const Content here = xml.empty() ? Content() : Platform::ToUtf8(xml);
     const MovedKind nothing{kind.group, kind.name, {}, {}};
-    KindComparison comparison(here ? kind : nothing, purpose);
+    KindComparison comparison(here ? kind : nothing, purpose, isWhole);
     bool isStored = false;
     stored.LookAtSettings(kind.name, [&](const StoredContent& text) {
         comparison.TakeText(text, here);
@@ -119,18 +141,29 @@ ComparedKind CompareSettings(const StoredContents& stored, const MovedKind& kind
 
 } // namespace
 
-std::vector<ComparedKind> Compare(const OpenStorage& storage,
-                                  const std::vector<Selected>& selection, Purpose purpose) {
+Comparison Compare(const OpenStorage& storage, const std::vector<Selected>& selection,
+                   Purpose purpose) {
+    auto* administration = storage.plugin.administration;
+    if (administration)
+        administration->TakeLastProblem(); // an older one is none of ours
     const StoredContents stored(storage);
     const auto dependents =
         purpose == Purpose::Push ? Dependents::WithFilesOnly : Dependents::Always;
-    std::vector<ComparedKind> kinds;
+    Comparison comparison;
+    bool isWhole = true;
     for (const MovedKind& kind : MovedKinds(storage.manager, selection, dependents))
-        kinds.push_back(kind.group == Group::GS ? CompareSettings(stored, kind, purpose)
-                                                : CompareFiles(stored, kind, purpose));
+        comparison.kinds.push_back(kind.group == Group::GS
+                                       ? CompareSettings(stored, kind, purpose, isWhole)
+                                       : CompareFiles(stored, kind, purpose, isWhole));
     if (!storage.manager.IsRepositoryAccessible())
         throw AppError(ExitStatus::NotReachable, Text(Message::NotListed));
-    return kinds;
+    const auto problem =
+        administration ? administration->TakeLastProblem() : Storage::Problem::None;
+    if (problem != Storage::Problem::None)
+        comparison.status = StatusOf(problem);
+    else if (!isWhole)
+        comparison.status = ExitStatus::LocalFile;
+    return comparison;
 }
 
 void CheckWhatWouldBeSent(const OpenStorage& storage, const std::vector<Selected>& selection) {

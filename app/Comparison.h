@@ -38,12 +38,19 @@ enum class Purpose {
     Push  // what would be sent
 };
 
+struct Comparison {
+    std::vector<ComparedKind> kinds; // in the order foc, ncf, gs
+    // That of the first problem: something here or there could not be read, was told in the
+    // workspace log and counts as not being there.
+    ExitStatus status = ExitStatus::Done;
+};
+
 // Compares the kinds that a transfer of the selection moves, the drawings that travel along
-// with configuration files included, in the order foc, ncf, gs.  Reads one file at a time;
-// without the storage's administration every stored file is fetched.  Changes nothing.
-// Throws AppError when the repository cannot be used.
-std::vector<ComparedKind> Compare(const OpenStorage& storage,
-                                  const std::vector<Selected>& selection, Purpose purpose);
+// with configuration files included.  Reads one file at a time; without the storage's
+// administration every stored file is fetched.  Changes nothing.  Throws AppError when the
+// repository cannot be used.
+Comparison Compare(const OpenStorage& storage, const std::vector<Selected>& selection,
+                   Purpose purpose);
 
 // Throws AppError (SomeFailed) with a line for each file of the selection that the repository
 // would refuse by its name or size.  Sends nothing.  Without an administration nothing is

@@ -176,7 +176,8 @@ Json JsonOf(const std::vector<ComparedKind>& kinds, Purpose purpose) {
     return {{"kinds", std::move(sums)}, {"files", std::move(files)}};
 }
 
-void GivePlan(Session& session, const std::vector<ComparedKind>& kinds, Purpose purpose) {
+ExitStatus GivePlan(Session& session, const Comparison& comparison, Purpose purpose) {
+    const std::vector<ComparedKind>& kinds = comparison.kinds;
     const bool isPull = purpose == Purpose::Pull;
     PrintStates(session.out, kinds, purpose);
     const FilesAndBytes moved =
@@ -186,6 +187,7 @@ void GivePlan(Session& session, const std::vector<ComparedKind>& kinds, Purpose 
                  Text(isPull ? Message::PullWould : Message::PushWould,
                       {Platform::ToText(moved.files), Platform::ToText(moved.bytes)}));
     session.result = JsonOf(kinds, purpose);
+    return comparison.status;
 }
 
 } // namespace App

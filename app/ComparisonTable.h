@@ -35,7 +35,8 @@ void PrintFiles(std::ostream& out, const std::vector<ComparedKind>& kinds, Purpo
 // files that are not the same.
 Json JsonOf(const std::vector<ComparedKind>& kinds, Purpose purpose);
 
-// The result of "pull --dry-run" and "push --dry-run": the states, and how much would be moved.
-void GivePlan(Session& session, const std::vector<ComparedKind>& kinds, Purpose purpose);
+// The result of "pull --dry-run" and "push --dry-run": the states, and how much would be moved;
+// gives the status.
+ExitStatus GivePlan(Session& session, const Comparison& comparison, Purpose purpose);
 
 } // namespace App

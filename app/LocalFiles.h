@@ -19,6 +19,8 @@ public:
     explicit LocalFile(boost::shared_ptr<Repository::CRepositoryFile> record);
 
     const CString& Name() const { return m_name; }
+    // Empty for a file manager's.
+    const CString& Path() const { return m_path; }
     // Nothing when there is no readable file: it would not be sent.
     std::optional<std::string> Read() const;
     bool IsReadable() const { return Read().has_value(); }

@@ -145,6 +145,7 @@ enum class Message : int {
     ExampleDiffFiles = 21621,
     ExamplePullDryRun = 21622,
     ExamplePushDryRun = 21623,
+    NotReadHere = 21624,
 
     // log
     SummaryLog = 21640,

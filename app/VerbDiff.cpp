@@ -18,24 +18,26 @@ ExitStatus RunDiff(Session& session, const Invocation& invocation) {
     RequireRepository(storage);
     CheckGsNames(selection, manager);
 
-    const auto kinds = Compare(storage, selection, Purpose::Diff);
+    const Comparison comparison = Compare(storage, selection, Purpose::Diff);
+    const std::vector<ComparedKind>& kinds = comparison.kinds;
     session.result = JsonOf(kinds, Purpose::Diff);
     PrintStates(session.out, kinds, Purpose::Diff);
     std::int64_t files = 0;
     for (const ComparedKind& kind : kinds)
         files += static_cast<std::int64_t>(kind.files.size());
     const std::int64_t different = files - Sum(kinds, Difference::Same, Purpose::Diff).files;
-    if (different == 0) {
+    const bool isWhole = comparison.status == ExitStatus::Done;
+    if (different == 0 && isWhole)
         PrintWrapped(session.out, u"", Text(Message::NothingDiffers));
-        return ExitStatus::Done;
-    }
+    if (different == 0)
+        return comparison.status;
     PrintLine(session.out,
               Text(Message::FilesDiffer, {Platform::ToText(different), Platform::ToText(files)}));
     if (invocation.Has("--files"))
         PrintFiles(session.out, kinds, Purpose::Diff);
     else
         PrintWrapped(session.out, u"", Text(Message::HintFiles));
-    return ExitStatus::Different;
+    return isWhole ? ExitStatus::Different : comparison.status;
 }
 
 } // namespace App

@@ -107,10 +107,8 @@ ExitStatus RunPull(Session& session, const Invocation& invocation) {
     const OpenStorage storage = RequireStorage();
     RequireRepository(storage);
     CheckGsNames(selection, manager);
-    if (invocation.Has("--dry-run")) {
-        GivePlan(session, Compare(storage, selection, Purpose::Pull), Purpose::Pull);
-        return ExitStatus::Done;
-    }
+    if (invocation.Has("--dry-run"))
+        return GivePlan(session, Compare(storage, selection, Purpose::Pull), Purpose::Pull);
     const TransferResult result =
         Transfer(session, storage, selection, Pull(storage, invocation.words.empty()));
     GiveResult(session, storage, result);

@@ -177,10 +177,8 @@ ExitStatus RunPush(Session& session, const Invocation& invocation) {
     RequireRights(storage);
     CheckGsNames(selection, manager);
     CheckWhatWouldBeSent(storage, selection);
-    if (invocation.Has("--dry-run")) {
-        GivePlan(session, Compare(storage, selection, Purpose::Push), Purpose::Push);
-        return ExitStatus::Done;
-    }
+    if (invocation.Has("--dry-run"))
+        return GivePlan(session, Compare(storage, selection, Purpose::Push), Purpose::Push);
     auto* administration = storage.plugin.administration;
     const std::int64_t revisionBefore = administration ? administration->State().revision : 0;
     const TransferResult result =

@@ -159,6 +159,19 @@ TEST_F(Diff, FitsEightyColumnsInBothLanguages) {
     }
 }
 
+// Larger than what a record can hold, and so not read by any transfer.
+TEST_F(Diff, AFileThatIsThereAndCannotBeReadIsToldAndGivesTheStatus) {
+    Write(Node("a.dwg"), "12345");
+    PushNodes();
+    Write(Node("huge.dwg"), "");
+    fs::resize_file(Node("huge.dwg"), 5'000'000'000);
+    const Ended run = station.Zebx({"diff", "ncf:002_NODE"});
+    EXPECT_EQ(run.status, 9) << run;
+    EXPECT_THAT(run.err, HasSubstr("nodes/huge.dwg"));
+    EXPECT_THAT(run.out, Not(HasSubstr("Nothing differs")));
+    EXPECT_EQ(station.Zebx({"pull", "--dry-run", "ncf:002_NODE"}).status, 9);
+}
+
 TEST_F(Diff, WithoutARepositoryEndsAsEveryVerbDoes) {
     fs::remove(station.Repository());
     const Ended run = station.Zebx({"diff"});
