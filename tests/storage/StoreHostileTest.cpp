@@ -92,6 +92,13 @@ TEST_P(StoreHostile, ASizeThatLiesIsDamage) {
     EXPECT_THAT(Served(), testing::ElementsAre(NumberText(MessageNumber::ContentDamaged), "good"));
 }
 
+TEST_P(StoreHostile, AContentThatIsMissingIsToldAsMissing) {
+    auto& sql = store->Connection();
+    sql.RunScript("PRAGMA foreign_keys = OFF");
+    sql.Execute("DELETE FROM content WHERE size_bytes = 7", {});
+    EXPECT_THAT(Served(), testing::ElementsAre(NumberText(MessageNumber::ContentMissing), "good"));
+}
+
 TEST_P(StoreHostile, AnotherContentUnderTheHashIsDamage) {
     store->Connection().Execute("UPDATE stored_file SET hash = (SELECT hash FROM stored_file "
                                 "WHERE name = 'good.dwg') WHERE name = 'a.dwg'",
