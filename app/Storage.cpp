@@ -26,13 +26,17 @@ Storage::RepositoryAdministration& RequireAdministration(const OpenStorage& stor
     return *storage.plugin.administration;
 }
 
+Storage::RepositoryState StateOf(Storage::RepositoryAdministration& administration) {
+    auto state = administration.State();
+    if (state.problem != Problem::None)
+        throw AppError(StatusOf(state.problem), state.problemText);
+    return state;
+}
+
 void RequireRepository(const OpenStorage& storage) {
     // The administration is asked first: what it tells, the backend does not log once more.
-    if (auto* administration = storage.plugin.administration) {
-        const auto state = administration->State();
-        if (state.problem != Problem::None)
-            throw AppError(StatusOf(state.problem), state.problemText);
-    }
+    if (storage.plugin.administration)
+        StateOf(*storage.plugin.administration);
     if (!storage.manager.IsRepositoryAccessible())
         throw AppError(ExitStatus::NotReachable,
                        Text(Message::NotReachable, {storage.manager.GetRepositroyStorageName()}));

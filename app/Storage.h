@@ -24,6 +24,9 @@ OpenStorage RequireStorage();
 // The administration; throws AppError (Configuration) when the plug-in offers none.
 Storage::RepositoryAdministration& RequireAdministration(const OpenStorage& storage);
 
+// The state of the repository; throws when it could not be read.
+Storage::RepositoryState StateOf(Storage::RepositoryAdministration& administration);
+
 // Throws AppError when the repository cannot be used now, with the plug-in's own words.
 void RequireRepository(const OpenStorage& storage);
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/StoragePlugin.h"
 
+#include "app/AppError.h"
 #include "app/Print.h"
 #include "app/Texts.h"
 
@@ -8,6 +9,7 @@
 #include "ZEBXRepositoryClient/StorageBackend.h"
 #include "platform/os/FileSearch.h"
 #include "platform/os/Module.h"
+#include "platform/text/Utf8.h"
 
 namespace App {
 namespace {
@@ -40,8 +42,14 @@ StoragePlugin FindStoragePlugin() {
     StoragePlugin plugin;
     plugin.folder = ZEBGis::CModuleConfiguration::Instance()->GetPath(u"install");
     plugin.pattern = u"ZEBXRepositoryClientPlugin_*.arx";
-    for (const CString& name : Platform::FindFiles(plugin.folder + plugin.pattern))
+    std::error_code error;
+    for (const CString& name : Platform::FindFiles(plugin.folder + plugin.pattern, &error))
         TryFile(name, plugin);
+    // A folder that is missing holds no plug-in; another failure says nothing of what it holds.
+    if (error && error != std::errc::no_such_file_or_directory)
+        throw AppError(ExitStatus::Configuration,
+                       Text(Message::FolderNotRead,
+                            {ShownPath(plugin.folder), Platform::FromUtf8(error.message())}));
     return plugin;
 }
 

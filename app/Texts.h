@@ -32,6 +32,10 @@ enum class Message : int {
     SeeHelp = 21017,
     SeeVerbHelp = 21018,
 
+    // Local files
+    NotRead = 21800,
+    FolderNotRead = 21801,
+
     // Selections
     UnknownSelection = 21020,
     NoCataloguesYet = 21021,

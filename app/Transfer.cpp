@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "app/Transfer.h"
 
+#include "app/Print.h"
 #include "app/Progress.h"
 #include "app/Texts.h"
 
 #include "ZEBXGisCore/ModuleConfiguration.h"
+#include "ZEBXRepositoryClient/LocalContent.h"
 #include "platform/host/Interruption.h"
 #include "platform/text/Numbers.h"
 
@@ -27,6 +29,14 @@ void Note(TransferResult& result, Outcome outcome, Storage::Problem problem) {
         result.somethingFailed = true;
     else
         result.somethingFailedHere = true;
+}
+
+// The manager passes over local files that it cannot read; the user must not.
+Outcome TellUnread(Outcome outcome) {
+    const auto unread = Repository::TakeUnreadFiles();
+    for (const auto& file : unread)
+        Log(MessageFailure, Text(Message::NotRead, {ShownPath(file.path), file.reason}));
+    return outcome == Outcome::Done && !unread.empty() ? Outcome::FailedHere : outcome;
 }
 
 // The rest of the selection cannot be moved: one line for it, and its status.
@@ -66,7 +76,8 @@ TransferResult Transfer(Session& session, const OpenStorage& storage,
                         const std::vector<Selected>& selection,
                         const std::function<Outcome(const Selected&)>& move) {
     TransferResult result;
-    TakeProblem(storage); // an older one is none of ours
+    TakeProblem(storage); // older ones are none of ours
+    Repository::TakeUnreadFiles();
     session.terminal.Note(Text(Message::NotePlugin, {storage.plugin.file}));
     const Platform::InterruptionGuard interruptible;
     Progress progress(session.terminal);
@@ -74,7 +85,7 @@ TransferResult Transfer(Session& session, const OpenStorage& storage,
         const int successesBefore = session.log.Successes();
         const int failuresBefore = session.log.Failures();
         progress.Begin(WordFor(selected));
-        Outcome outcome = move(selected);
+        Outcome outcome = TellUnread(move(selected));
         session.terminal.Note(
             Text(Message::NoteTook, {WordFor(selected), ShownSeconds(progress.Seconds())}));
         const int failures = session.log.Failures() - failuresBefore;

@@ -22,7 +22,7 @@ ExitStatus RunConnect(Session& session, const Invocation& invocation) {
     if (problem != Storage::Problem::None)
         throw AppError(StatusOf(problem), problemText);
 
-    const Storage::RepositoryState state = administration->State();
+    const Storage::RepositoryState state = StateOf(*administration);
     session.result = {{"address", state.address},
                       {"revision", state.revision},
                       {"files", state.files},

@@ -92,7 +92,7 @@ void GiveResult(Session& session, const OpenStorage& storage, const TransferResu
     auto* administration = storage.plugin.administration;
     if (!administration || !storage.manager.IsRepositoryAccessible())
         return;
-    const std::int64_t revision = administration->State().revision;
+    const std::int64_t revision = StateOf(*administration).revision;
     PrintLine(session.out, Text(Message::RevisionNow, {Platform::ToText(revision)}));
     session.result["revision"] = revision;
 }

@@ -6,6 +6,8 @@
 #include "app/Verbs.h"
 
 #include "ZEBXGisCore/ModuleConfiguration.h"
+#include "ZEBXRepositoryClient/LocalContent.h"
+#include "platform/os/File.h"
 #include "platform/text/Numbers.h"
 
 #include <algorithm>
@@ -34,9 +36,14 @@ public:
 
 private:
     Outcome SendGs(const Selected& selected) const {
-        const CString xml = ZEBGis::CModuleConfiguration::Instance()->GetCurrentGSXML();
+        const auto& configuration = *ZEBGis::CModuleConfiguration::Instance();
+        const CString support = configuration.GetPath(u"support");
+        CString xml = configuration.GetCurrentGSXML();
+        if (xml.empty() && IsUnread(support + u"GeneralSettings.xml"))
+            return Outcome::FailedHere; // the transfer tells why
+        if (xml.empty())
+            xml = configuration.GetCurrentGSXML(); // what could not be read a moment ago
         if (xml.empty()) {
-            const CString support = ZEBGis::CModuleConfiguration::Instance()->GetPath(u"support");
             Log(m_everything ? MessageWarning : MessageFailure,
                 Text(Message::NoLocalGs, {ShownPath(support)}));
             return m_everything ? Outcome::Done : Outcome::Failed;
@@ -45,6 +52,12 @@ private:
         const bool sent = m_manager.SaveGS(xml.c_str(), name) > 0;
         LogFamilyText(sent ? MessageSuccess : MessageFailure, sent ? kGsSent : kGsNotSent);
         return sent ? Outcome::Done : Outcome::Failed;
+    }
+
+    static bool IsUnread(const CString& path) {
+        CString name;
+        std::string bytes;
+        return !Repository::ReadLocalFile(path, name, bytes) && Platform::PathExists(path);
     }
 
     Outcome SendFiles(const Selected& selected) const {
@@ -158,7 +171,7 @@ void GiveResult(Session& session, const OpenStorage& storage, const TransferResu
         return;
     }
     GiveTotals(session, Totals(result, ListRepository(storage), revisionBefore));
-    const std::int64_t revision = administration->State().revision;
+    const std::int64_t revision = StateOf(*administration).revision;
     session.result["revision"] = revision;
     PrintLine(session.out,
               Text(revision == revisionBefore ? Message::NothingChanged : Message::RevisionNow,
@@ -180,7 +193,7 @@ ExitStatus RunPush(Session& session, const Invocation& invocation) {
     if (invocation.Has("--dry-run"))
         return GivePlan(session, Compare(storage, selection, Purpose::Push), Purpose::Push);
     auto* administration = storage.plugin.administration;
-    const std::int64_t revisionBefore = administration ? administration->State().revision : 0;
+    const std::int64_t revisionBefore = administration ? StateOf(*administration).revision : 0;
     const TransferResult result =
         Transfer(session, storage, selection, Push(session, storage, invocation.words.empty()));
     GiveResult(session, storage, result, revisionBefore);

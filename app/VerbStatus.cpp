@@ -85,11 +85,13 @@ void AddRevision(Facts& facts, const Storage::RepositoryState& state) {
     facts.AddField("revisionUser", OrNull(state.revisionUser));
 }
 
-void AddRepository(Facts& facts, const OpenStorage& storage) {
+// Gives what the administration said, so that a problem which passed meanwhile is told too.
+Storage::RepositoryState AddRepository(Facts& facts, const OpenStorage& storage) {
     auto* administration = storage.plugin.administration;
     // The administration first, as in RequireRepository.
     const auto state = administration ? administration->State() : Storage::RepositoryState();
-    const bool reachable = storage.manager.IsRepositoryAccessible() != 0;
+    const bool reachable =
+        state.problem == Storage::Problem::None && storage.manager.IsRepositoryAccessible();
     if (administration) {
         facts.Add(Message::LabelRepository, state.address, "repository");
         if (!state.engine.empty())
@@ -97,17 +99,18 @@ void AddRepository(Facts& facts, const OpenStorage& storage) {
     }
     facts.Add(Message::LabelReachable, YesOrNo(reachable), "reachable", reachable);
     if (!reachable)
-        return;
+        return state;
     const bool mayWrite = storage.manager.AmIAdmin() != 0;
     facts.Add(Message::LabelRights, Text(mayWrite ? Message::RightsWrite : Message::RightsRead),
               "mayWrite", mayWrite);
     if (!administration)
-        return;
+        return state;
     AddRevision(facts, state);
     facts.Add(Message::LabelFiles, Platform::ToText(state.files), "files", state.files);
     facts.Add(Message::LabelContent,
               Text(Message::ContentBytes, {Platform::ToText(state.contentBytes)}), "contentBytes",
               state.contentBytes);
+    return state;
 }
 
 void AddPlugin(Facts& facts, const CString& name, const CString& file) {
@@ -122,9 +125,10 @@ ExitStatus RunStatus(Session& session, const Invocation&) {
     AddWorkstation(facts);
     auto& manager = *Repository::CRepositoryStorageManager::Instance();
     const StoragePlugin plugin = FindStoragePlugin();
+    Storage::RepositoryState state;
     if (manager.IsInitialized()) {
         AddPlugin(facts, manager.GetRepositroyStorageName(), plugin.file);
-        AddRepository(facts, {manager, plugin});
+        state = AddRepository(facts, {manager, plugin});
     } else {
         facts.Add(Message::LabelPlugin, Text(Message::NoPlugin), "plugin", Json());
     }
@@ -135,6 +139,8 @@ ExitStatus RunStatus(Session& session, const Invocation&) {
         PrintLine(session.out, Text(Message::HintInit));
     // What is missing is told as every other verb tells it, with its exit status.
     session.out.flush();
+    if (state.problem != Storage::Problem::None)
+        throw AppError(StatusOf(state.problem), state.problemText);
     RequireRepository(RequireStorage());
     return ExitStatus::Done;
 }

@@ -15,6 +15,9 @@ bool SqlBackend::Try(Work work) noexcept {
             return true;
         } catch (const StorageError& error) {
             m_access->Tell(error);
+            // A connection that met a failing disk may keep what it saw; a new one looks again.
+            if (error.Kind() == Problem::Unreachable)
+                m_access->Disconnect();
         } catch (const std::exception& error) {
             m_access->Tell(StorageError(Problem::Internal, MessageNumber::Internal,
                                         {Platform::FromUtf8(error.what())}));

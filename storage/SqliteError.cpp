@@ -96,6 +96,7 @@ void ThrowSqliteError(sqlite3* database, int code, const CString& path) {
         throw StorageError(Problem::Integrity, MessageNumber::Damaged, {shown, reason});
     case SQLITE_CANTOPEN:
         throw OpenError(systemError, shown, reason);
+    case SQLITE_PROTOCOL: // the locks do not do what they should
     case SQLITE_IOERR:
         throw InputOutputError(systemError, shown, reason);
     default:

@@ -3,6 +3,7 @@
 
 #include "ZEBXGisCore/ModuleConfiguration.h"
 #include "client/util/Border.h"
+#include "client/util/UnreadFiles.h"
 #include "platform/os/FileSearch.h"
 
 namespace Repository {
@@ -31,7 +32,9 @@ bool TakesPart(const Kind& kind) {
 std::vector<CString> PathsOfMatches(const CString& pattern) {
     const CString folder =
         pattern.substr(0, pattern.find_last_of(u"\\/") + 1); // cut as FindFiles cuts
-    std::vector<CString> paths = Platform::FindFiles(pattern);
+    std::error_code error;
+    std::vector<CString> paths = Platform::FindFiles(pattern, &error);
+    RememberUnread(pattern, error);
     for (CString& path : paths)
         path.insert(0, folder);
     return paths;

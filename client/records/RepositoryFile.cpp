@@ -8,6 +8,7 @@
 #include "client/util/Border.h"
 #include "client/util/Codec.h"
 #include "client/util/Split.h"
+#include "client/util/UnreadFiles.h"
 #include "platform/os/File.h"
 #include "platform/os/Path.h"
 #include "platform/text/Numbers.h"
@@ -94,7 +95,11 @@ bool ReadLocalFile(CStringView path, CString& name, std::string& bytes) {
     bytes.clear();
     return AtBorder(false, [&] {
         const auto sizeBytes = Platform::FileSize(path);
-        if (!sizeBytes || *sizeBytes >= kUnreadableBytes || Platform::ReadFile(path, bytes))
+        const bool tooLarge = sizeBytes.value_or(0) >= kUnreadableBytes;
+        const std::error_code error = tooLarge ? std::make_error_code(std::errc::file_too_large)
+                                               : Platform::ReadFile(path, bytes);
+        RememberUnread(path, error);
+        if (error)
             return false;
         name = Platform::FileNameOf(path);
         return true;

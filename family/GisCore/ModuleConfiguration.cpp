@@ -60,7 +60,8 @@ CString CModuleConfiguration::GetMsg(int number) const try {
     const CString path = GetPath(u"install") + u"messages\\" + language;
     if (path != m_messagesPath) {
         m_messages = ReadMessageTable(path);
-        m_messagesPath = path;
+        // What could not be read is tried again.
+        m_messagesPath = m_messages.empty() ? CString() : path;
     }
     const auto found = m_messages.find(number);
     return found != m_messages.end() ? found->second : TextForUnknownMessage(language, number);

@@ -5,6 +5,7 @@
 #include "platform/os/System.h"
 
 #include <atomic>
+#include <cstdlib>
 #include <utility>
 
 #include <fcntl.h>
@@ -39,6 +40,21 @@ std::string PassingName(std::string folder) {
     static std::atomic<unsigned> number = 0;
     return folder.append(kPassingName) + std::to_string(::getpid()) + "-" +
            std::to_string(++number);
+}
+
+// Removes what processes of this machine that were killed left behind of files that had a
+// passing name; looks once at each folder in turn.
+void Tidy(const std::string& folder) {
+    static std::string tidied;
+    if (folder == tidied)
+        return;
+    tidied = folder;
+    std::vector<std::string> names;
+    System::ListNames(folder, names);
+    for (const std::string& name : names)
+        if (IsPassingName(name) &&
+            !System::IsRunning(std::atoi(name.c_str() + kPassingName.size())))
+            System::Remove(folder + name);
 }
 
 // A file that takes another one's place once it is whole.  Nobody sees it before, also
@@ -109,8 +125,10 @@ std::error_code Replacement::PutInPlace() {
         if (!error)
             return CloseInPlace();
         // Only a rename replaces what stands there.
-        if (error == std::errc::file_exists)
+        if (error == std::errc::file_exists) {
+            Tidy(FolderOf(m_target));
             error = TakePassingName([&](const std::string& name) { return m_file.GiveName(name); });
+        }
         if (error)
             return error;
     }
@@ -206,7 +224,9 @@ bool MayRead(CStringView path) {
 }
 
 bool MayWrite(CStringView path) {
-    return !System::CheckMayWrite(LookUp(path));
+    const std::error_code error = System::CheckMayWrite(LookUp(path));
+    // A disk that fails is no question of rights; writing to it will tell.
+    return !error || error == std::errc::io_error;
 }
 
 std::error_code ReadFile(CStringView path, std::string& bytes) {

@@ -38,11 +38,14 @@ bool Matches(CStringView name, CStringView pattern) {
 
 } // namespace
 
-std::vector<CString> FindFiles(CStringView pattern) {
+std::vector<CString> FindFiles(CStringView pattern, std::error_code* error) {
     const std::size_t nameStart = pattern.find_last_of(u"\\/") + 1;
     const CStringView folder = nameStart == 0 ? u"." : pattern.substr(0, nameStart);
     std::vector<std::string> natives;
-    if (System::ListNames(LookUp(folder), natives))
+    const std::error_code failure = System::ListNames(LookUp(folder), natives);
+    if (error)
+        *error = failure;
+    if (failure)
         return {};
     // Not every file system lists these two.
     natives.insert(natives.end(), {".", ".."});

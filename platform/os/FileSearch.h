@@ -5,6 +5,7 @@
 #include "platform/Export.h"
 #include "platform/text/Text.h"
 
+#include <system_error>
 #include <vector>
 
 namespace Platform {
@@ -16,7 +17,8 @@ namespace Platform {
 // (exactly one UTF-16 code unit); the parts before it are taken as a folder.  Case
 // is ignored.  Whatever the folder holds can match: files, folders, "." and "..";
 // only files on their way into another one's place, ".zebx-...", never do.
-// A folder that is missing or may not be read gives no names.
-ZEBX_EXPORT std::vector<CString> FindFiles(CStringView pattern);
+// A folder that is missing or cannot be read gives no names; `error`, when it is given, says
+// why, and is none otherwise.
+ZEBX_EXPORT std::vector<CString> FindFiles(CStringView pattern, std::error_code* error = nullptr);
 
 } // namespace Platform

@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <climits>
+#include <csignal>
 #include <cstdio>
 #include <memory>
 #include <stdexcept>
@@ -171,6 +172,10 @@ std::string LinkTarget(const std::string& link) {
         }
         target.resize(target.size() * 2);
     }
+}
+
+bool IsRunning(pid_t process) {
+    return ::kill(process, 0) == 0 || errno != ESRCH;
 }
 
 std::error_code SyncFolder(const std::string& path) {

@@ -48,6 +48,8 @@ std::string LinkTarget(const std::string& link);
 
 // What this user may still write on the file system of `path`.
 std::error_code FreeBytes(const std::string& path, std::uint64_t& bytes);
+// Whether this machine has a process of that number; also when it is somebody else's.
+bool IsRunning(pid_t process);
 
 // Flushes a folder's names to the disk.
 std::error_code SyncFolder(const std::string& path);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Station.h"
 
+#include <csignal>
 #include <fcntl.h>
 #include <fstream>
 #include <grp.h>
@@ -8,6 +9,7 @@
 #include <ostream>
 #include <stdlib.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 namespace AppTest {
@@ -111,6 +113,20 @@ Ended Station::Finish(Start start) {
 
 Ended Station::Zebx(const std::vector<std::string>& arguments) const {
     return Finish(StartOf(kProgram, arguments));
+}
+
+Ended Station::ZebxKilledAfter(std::chrono::microseconds delay,
+                               const std::vector<std::string>& arguments) const {
+    Start start = StartOf(kProgram, arguments);
+    const pid_t child = fork();
+    if (child == 0)
+        start.Become();
+    // Where in its work the program is then is left to chance on purpose.
+    std::this_thread::sleep_for(delay);
+    kill(child, SIGKILL);
+    int status = 0;
+    waitpid(child, &status, 0);
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Bytes(start.out), Bytes(start.err)};
 }
 
 Ended Station::ZebxAsNobody(const std::vector<std::string>& arguments) const {

@@ -5,6 +5,7 @@
 
 #include "support/TemporaryFolder.h"
 
+#include <chrono>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -39,6 +40,10 @@ public:
     // and its modules are taken from a copy that this user may read.
     Ended ZebxAsNobody(const std::vector<std::string>& arguments) const;
 
+    // As Zebx, killed when it still runs after so long; the status is -1 then.
+    Ended ZebxKilledAfter(std::chrono::microseconds delay,
+                          const std::vector<std::string>& arguments) const;
+
     // As Zebx, with the output going to a file, of which nothing is given back.
     Ended ZebxWritingTo(const fs::path& out, const std::vector<std::string>& arguments) const;
 
@@ -51,6 +56,7 @@ public:
 
     // Of the program, "NAME=value" each.
     std::vector<std::string> Environment() const;
+    const std::map<std::string, std::string>& Variables() const { return m_variables; }
 
     fs::path Folder() const { return m_folder.Native(); }
     fs::path Support() const { return Folder() / "data/StudioZEB/support"; }

@@ -29,4 +29,15 @@ ZEBX_EXPORT std::vector<CString> LocalPaths(CFOCMetadata& kind);
 // read, is no regular file, or has 4 GiB or more.
 ZEBX_EXPORT bool ReadLocalFile(CStringView path, CString& name, std::string& bytes);
 
+// A local file, or a pattern, and why the operating system did not give it out.
+struct UnreadFile {
+    CString path;
+    CString reason;
+};
+
+// What the functions above and the manager's Save operations had to pass over since the last
+// call because it could not be read, in their order; they say nothing of it themselves.  What
+// is missing or is no file is not among it.
+ZEBX_EXPORT std::vector<UnreadFile> TakeUnreadFiles();
+
 } // namespace Repository

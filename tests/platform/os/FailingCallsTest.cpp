@@ -8,6 +8,7 @@
 #include "FolderTest.h"
 #include "support/Bytes.h"
 #include "support/FailingCalls.h"
+#include "support/InAChildProcess.h"
 #include "support/OrdinaryUser.h"
 
 #include <filesystem>
@@ -55,6 +56,10 @@ protected:
     }
     // The calls that one write makes.
     std::vector<FailingCalls::Call> CallsOfAWrite() {
+        // The first one looks for what killed processes left.
+        if (fs::exists(Native("a"))) {
+            EXPECT_TRUE(Put(kOld));
+        }
         FailingCalls calls;
         Prepare(calls);
         EXPECT_TRUE(Put(kNew));
@@ -154,11 +159,21 @@ TEST_P(FailingCallsOf, AKilledProcessLeavesOneOfTheFilesWhole) {
             if (name == "a")
                 continue;
             EXPECT_TRUE(Platform::FindFiles(Path(u"*z*")).empty());
-            // A file that has no name until it is whole.
-            if (GetParam().nameless) {
-                EXPECT_EQ(Content(name), kNew);
+            if (!GetParam().nameless) {
+                fs::remove(Native(name));
+                continue;
             }
-            fs::remove(Native(name));
+            EXPECT_EQ(Content(name), kNew);
+            MakeFile(Native(".zebx-" + std::to_string(getpid()) + "-0"), "of somebody who works");
+            EXPECT_TRUE(PassesInAChildProcess([&] {
+                // Another folder in between, so that this one is looked at again.
+                const TemporaryFolder other;
+                for (int time = 0; time < 2; ++time)
+                    EXPECT_TRUE(Load(other.Path() + u"b", kNew));
+                EXPECT_TRUE(Put(kNew));
+            }));
+            fs::remove(Native(".zebx-" + std::to_string(getpid()) + "-0"));
+            EXPECT_EQ(Names(), std::set<std::string>{"a"}) << "the next one did not tidy up";
         }
     }
 }
