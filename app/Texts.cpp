@@ -19,8 +19,14 @@ CString MissingTexts() {
     auto* settings = Platform::UserSettings::Instance();
     const CString folder = settings->Get(Platform::Setting::Install).value;
     const CString table = folder + u"messages\\" + settings->Get(Platform::Setting::Language).value;
-    if (Platform::KindOfPath(table) == Platform::PathKind::File)
+    const CString anyText = Text(Message::Warning);
+    if (!anyText.ends_with(u"21000")) // which stands where there is none
         return {};
+    if (Platform::PathExists(table))
+        return u"The message table " + ShownPath(table) +
+               u" is damaged or cannot be read: it holds no text 21000.\n"
+               u"Install this version again, or name a whole installation: zebx --install DIR "
+               u"VERB.";
     return u"There is no installation in " + ShownPath(folder) + u": the message table " +
            ShownPath(table) +
            u" is missing.\nName the folder that holds the *.arx files: "

@@ -25,7 +25,7 @@ CString VersionOf(const CString& path) {
 std::vector<InstalledPart> InstalledParts() {
     const CString folder = ZEBGis::CModuleConfiguration::Instance()->GetPath(u"install");
     std::vector<InstalledPart> parts = {{u"zebx", Platform::FromUtf8(ZEBX_VERSION)}};
-    for (const CString& file : Platform::FindFiles(folder + u"*.arx", &error))
+    for (const CString& file : Platform::FindFiles(folder + u"*.arx"))
         parts.push_back({file, VersionOf(folder + file)});
     return parts;
 }

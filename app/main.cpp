@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "app/Program.h"
 
+#include "platform/os/Environment.h"
+
 #include <iostream>
 
 int main(int count, char** words) {
+    Platform::IgnoreFileSizeSignal();
     return App::RunProgram({words + 1, words + count}, std::cout, std::cerr);
 }

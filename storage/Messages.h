@@ -100,6 +100,8 @@ enum class MessageNumber : int {
     LastRowDiffers = 20159,      // told, real
     MoreFindings = 20160,        // how many
     LogBroken = 20161,           // frame
+
+    OnNetwork = 20180, // path, file system
 };
 
 struct Message {

@@ -3,14 +3,17 @@
 
 #include "ZEBXWorkspaceCore/WsManager.h"
 #include "platform/os/Environment.h"
+#include "platform/os/FileSystem.h"
 #include "platform/os/FreeName.h"
+#include "storage/SqliteError.h"
 
 namespace Storage {
 namespace {
 
-void Log(const CString& text) {
-    ZEBGis::Workspace::CWsManager::Instance()->LogMessage(ZEBGis::Workspace::MessageFailure,
-                                                          text.c_str());
+using namespace ZEBGis::Workspace;
+
+void Log(enmMessageType type, const CString& text) {
+    CWsManager::Instance()->LogMessage(type, text.c_str());
 }
 
 } // namespace
@@ -55,7 +58,18 @@ std::unique_ptr<Store> RepositoryAccess::Open(const Address& address) {
         return Stamp{Platform::UtcNow(), user, host, u"ZEBXRepositoryClient " + m_version};
     };
     options.leftOut = [this](const StorageError& error) { Tell(error); };
-    return std::make_unique<Store>(m_connector(address), std::move(options));
+    auto store = std::make_unique<Store>(m_connector(address), std::move(options));
+    WarnOfNetwork(address);
+    return store;
+}
+
+void RepositoryAccess::WarnOfNetwork(const Address& address) {
+    const CString fileSystem = Platform::NetworkFileSystemOf(address.path);
+    if (fileSystem.empty() || m_toldNetwork)
+        return;
+    m_toldNetwork = true;
+    const Message warning{MessageNumber::OnNetwork, {ShownPath(address.path), fileSystem}};
+    Log(MessageWarning, TextOf(warning));
 }
 
 Store& RepositoryAccess::Use() {
@@ -95,7 +109,7 @@ void RepositoryAccess::Tell(const StorageError& error) {
     if (dynamic_cast<const NoConnection*>(&error) && text == told)
         return;
     for (const Message& message : error.Messages())
-        Log(TextOf(message));
+        Log(MessageFailure, TextOf(message));
 }
 
 CString RepositoryAccess::Explain(const StorageError& error) {

@@ -44,6 +44,8 @@ public:
 private:
     Address AddressInUse() const;
     std::unique_ptr<Store> Open(const Address& address);
+    // Once in this object's life, and so in the process's.
+    void WarnOfNetwork(const Address& address);
 
     Connector m_connector;
     Repository::IMsgProvider* m_provider = nullptr;
@@ -52,6 +54,7 @@ private:
     std::optional<StorageError> m_settingsError;
     std::unique_ptr<Store> m_store;
     CString m_toldNoConnection; // what was said last about a connection that cannot be made
+    bool m_toldNetwork = false;
     Problem m_lastProblem = Problem::None;
 };
 

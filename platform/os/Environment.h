@@ -21,6 +21,10 @@ ZEBX_EXPORT CString HostName();
 // Now, in UTC, as "2026-11-21T08:05:19Z".
 ZEBX_EXPORT CString UtcNow();
 
+// From now on a file that grows beyond this process's limit (ulimit -f) is an error of the
+// write (EFBIG) and not the silent end of the process.
+ZEBX_EXPORT void IgnoreFileSizeSignal();
+
 // Whether the file descriptor (1 output, 2 errors) is a terminal.
 ZEBX_EXPORT bool IsTerminal(int descriptor);
 

@@ -5,15 +5,16 @@
 
 #include <cerrno>
 #include <climits>
-#include <csignal>
 #include <cstdio>
 #include <memory>
+#include <signal.h>
 #include <stdexcept>
 #include <utility>
 
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/statvfs.h>
+#include <sys/vfs.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
@@ -172,6 +173,16 @@ std::string LinkTarget(const std::string& link) {
         }
         target.resize(target.size() * 2);
     }
+}
+
+std::error_code FileSystemType(const std::string& path, std::uint32_t& type) {
+    struct statfs status = {};
+    const std::error_code error =
+        ResultOf(Repeat("statfs", path, [&] { return ::statfs(Argument(path), &status); }));
+    type = error ? 0 : static_cast<std::uint32_t>(status.f_type);
+    if (theWatcher)
+        type = theWatcher->FileSystemTypeOf(path, type);
+    return error;
 }
 
 bool IsRunning(pid_t process) {

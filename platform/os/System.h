@@ -48,6 +48,8 @@ std::string LinkTarget(const std::string& link);
 
 // What this user may still write on the file system of `path`.
 std::error_code FreeBytes(const std::string& path, std::uint64_t& bytes);
+// The type of the file system of `path`, as statfs(2) lists them; 0 on failure.
+std::error_code FileSystemType(const std::string& path, std::uint32_t& type);
 // Whether this machine has a process of that number; also when it is somebody else's.
 bool IsRunning(pid_t process);
 

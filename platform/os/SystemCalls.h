@@ -6,6 +6,7 @@
 #include "platform/Export.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
 namespace Platform::System {
@@ -18,6 +19,12 @@ public:
     // concerns.  An error number makes the call fail with it: nothing is done, except that
     // "close" closes.  0 lets it through.
     virtual int ErrorOf(const char* call, const std::string& path) = 0;
+
+    // The type that the file system of `path` shall seem to have.
+    virtual std::uint32_t FileSystemTypeOf(const std::string& path, std::uint32_t type) {
+        (void)path;
+        return type;
+    }
 
     // How many of `size` bytes a "read" or "write" may move; at least 1.
     virtual std::size_t BytesOf(const char* call, std::size_t size) {

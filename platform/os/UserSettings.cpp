@@ -8,6 +8,7 @@
 #include "platform/os/Path.h"
 #include "platform/os/UserFolders.h"
 #include "platform/text/Fill.h"
+#include "platform/text/Numbers.h"
 #include "platform/text/Utf8.h"
 
 #include <algorithm>
@@ -74,19 +75,30 @@ CStringView ExpectedInstead(Shape shape, CStringView value) {
     return {};
 }
 
+// What a message quotes of a line, which may be of any length.
+CString Quoted(const CString& text) {
+    constexpr std::size_t kLongest = 60;
+    return text.size() <= kLongest ? text : text.substr(0, kLongest) + u"...";
+}
+
+bool IsUtf16(std::string_view bytes) {
+    return bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF");
+}
+
 CString ProblemOfValue(const IniLine& line) {
     const Description* description = FindInFile(line);
     if (description) {
         const CStringView expected = ExpectedInstead(description->shape, line.value);
         const bool right = line.value.empty() || expected.empty();
         return right ? CString()
-                     : Fill(u"\"%s = %s\" is not %s; ignored", {line.key, line.value, expected});
+                     : Fill(u"\"%s = %s\" is not %s; ignored",
+                            {line.key, Quoted(line.value), expected});
     }
     if (line.section.empty())
-        return Fill(u"\"%s\" stands before any section; ignored", {line.key});
+        return Fill(u"\"%s\" stands before any section; ignored", {Quoted(line.key)});
     // What an unknown section holds was reported with the section.
     return IsKnownSection(line.section)
-               ? Fill(u"unknown key \"%s\" in \"[%s]\"; ignored", {line.key, line.section})
+               ? Fill(u"unknown key \"%s\" in \"[%s]\"; ignored", {Quoted(line.key), line.section})
                : CString();
 }
 
@@ -96,11 +108,13 @@ CString ProblemOf(const IniLine& line) {
     case IniLine::Kind::NotUtf8:
         return u"not UTF-8; the line is ignored";
     case IniLine::Kind::Unknown:
-        return Fill(u"\"%s\" is neither \"[section]\" nor \"key = value\"; ignored", {line.value});
+        return Fill(u"\"%s\" is neither \"[section]\" nor \"key = value\"; ignored",
+                    {Quoted(line.value)});
     case IniLine::Kind::Section:
         return IsKnownSection(line.section)
                    ? CString()
-                   : Fill(u"unknown section \"[%s]\"; what it holds is ignored", {line.section});
+                   : Fill(u"unknown section \"[%s]\"; what it holds is ignored",
+                          {Quoted(line.section)});
     case IniLine::Kind::Value:
         return ProblemOfValue(line);
     }
@@ -242,6 +256,10 @@ void UserSettings::ReadFileOnce() {
     if (error && !missing)
         report(0, Fill(u"cannot be read (%s); defaults are used", {FromUtf8(error.message())}));
 
+    if (IsUtf16(bytes)) {
+        report(0, u"is UTF-16; defaults are used until it is saved as UTF-8");
+        return;
+    }
     for (const IniLine& line : ReadIniLines(bytes)) {
         CString problem = ProblemOf(line);
         const Description* description = FindInFile(line);
@@ -250,6 +268,14 @@ void UserSettings::ReadFileOnce() {
             problem = Fill(u"\"%s\" stands a second time; the first is used", {line.key});
         if (!problem.empty())
             report(line.number, std::move(problem));
+    }
+    // A file that is something else altogether is not worth a screenful.
+    constexpr std::size_t kMost = 20;
+    if (m_problems.size() > kMost) {
+        const std::size_t more = m_problems.size() - kMost;
+        m_problems.resize(kMost);
+        report(0, Fill(u"%s more lines are not understood; ignored",
+                       {ToText(static_cast<std::int64_t>(more))}));
     }
 }
 

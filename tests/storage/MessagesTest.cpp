@@ -84,6 +84,7 @@ const std::map<MessageNumber, std::size_t> kMessages = {
     {MessageNumber::LastRowDiffers, 2},
     {MessageNumber::MoreFindings, 1},
     {MessageNumber::LogBroken, 1},
+    {MessageNumber::OnNetwork, 2},
     {MessageNumber::Interrupted, 2},
 };
 

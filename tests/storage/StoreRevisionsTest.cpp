@@ -40,6 +40,17 @@ TEST_P(StoreRevisions, ARevisionSaysWhoWhenFromWhereWithWhatAndWhat) {
     EXPECT_FALSE(rows->Next());
 }
 
+TEST_P(StoreRevisions, AClockThatGoesBackChangesNoOrder) {
+    store->AddFiles({MakeFile(u"a.dwg", "1")});
+    stamp.time = u"1999-01-01T00:00:00Z";
+    store->AddFiles({MakeFile(u"a.dwg", "2")});
+    EXPECT_EQ(Revision(), 2);
+    const auto ids = store->FileIds(4, u"001_LABEL");
+    ASSERT_EQ(ids.size(), 1u);
+    EXPECT_EQ(BytesOf(store->File(ids[0])), "2");
+    EXPECT_EQ(Number("SELECT until_revision FROM stored_file WHERE since_revision = 1"), 2);
+}
+
 TEST_P(StoreRevisions, EveryWritingOperationIsOneRevision) {
     Repository::CNetRepositoryItem item;
     item.SetId(u"i");

@@ -42,6 +42,9 @@ public:
     // No transfer moves more bytes than that at once.
     void Limit(std::size_t bytes) { m_limit = bytes; }
 
+    // Everything seems to lie on a file system of that type.
+    void PretendFileSystem(std::uint32_t type) { m_fileSystem = type; }
+
     const std::vector<Call>& Seen() const { return m_seen; }
     bool HasSeen(std::string_view name) const {
         return std::ranges::find(m_seen, name, &Call::name) != m_seen.end();
@@ -61,6 +64,9 @@ public:
             --found->second.second;
         return found->second.first;
     }
+    std::uint32_t FileSystemTypeOf(const std::string&, std::uint32_t type) override {
+        return m_fileSystem ? m_fileSystem : type;
+    }
     std::size_t BytesOf(const char*, std::size_t size) override { return std::min(size, m_limit); }
 
 private:
@@ -70,6 +76,7 @@ private:
     std::map<std::string, std::pair<int, int>> m_errors; // error and how often still
     std::size_t m_number = kNever;
     int m_numberError = 0;
+    std::uint32_t m_fileSystem = 0;
     std::size_t m_killAt = kNever;
     std::size_t m_limit = kNever;
 };

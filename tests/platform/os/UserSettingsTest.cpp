@@ -329,3 +329,53 @@ TEST_F(Settings, AFileOfAnotherEncodingSetsNothing) {
     EXPECT_FALSE(Problems().empty());
     EXPECT_EQ(Get(Setting::Trace), Default(u"off"));
 }
+
+namespace {
+
+// What is wrong with files that are none, by defect: how many lines tell of it, and the first.
+struct DamagedFile {
+    const char* defect;
+    std::string bytes;
+    std::size_t problems;
+    int line;
+    const char16_t* text;
+};
+
+class DamagedSettings : public Settings, public testing::WithParamInterface<DamagedFile> {};
+
+const DamagedFile kDamagedFiles[] = {
+    {"utf16_little_endian", std::string("\xFF\xFE[\0g\0]\0", 8), 1, 0, u"is UTF-16; defaults"},
+    {"utf16_big_endian", std::string("\xFE\xFF\0[\0g\0]", 8), 1, 0, u"is UTF-16; defaults"},
+    {"windows_1250", "[folders]\nsupport = /srv/\xE8vor\n", 1, 2, u"not UTF-8"},
+    {"nuls", std::string("[general]\n\0\0\0\n", 14), 1, 2, u"is neither"},
+    {"long_line", "[general]\n" + std::string(1'000'000, 'x'), 1, 2, u"xxx...\" is neither"},
+    {"long_value", "[general]\nlanguage=" + std::string(1'000'000, 'x'), 1, 2, u"xxx...\" is not"},
+    {"cut", "[general]\nlang", 1, 2, u"\"lang\" is neither"},
+    {"noise",
+     [] {
+         std::string noise;
+         for (int line = 0; line < 100; ++line)
+             noise += "\xFF\x01" + std::to_string(line) + "\n";
+         return noise;
+     }(),
+     21, 1, u"not UTF-8"},
+    {"empty", "", 0, 0, u""}};
+
+} // namespace
+
+INSTANTIATE_TEST_SUITE_P(By, DamagedSettings, testing::ValuesIn(kDamagedFiles),
+                         [](const auto& file) { return file.param.defect; });
+
+TEST_P(DamagedSettings, AreToldInFewWordsAndLeaveTheDefaults) {
+    m_workstation.WriteSettings(GetParam().bytes);
+    const auto problems = UserSettings::Instance()->Problems();
+    ASSERT_EQ(problems.size(), GetParam().problems);
+    for (const auto& problem : problems)
+        EXPECT_LT(problem.text.size(), 200u);
+    if (!problems.empty()) {
+        EXPECT_EQ(problems.front().line, GetParam().line);
+        EXPECT_NE(problems.front().text.find(GetParam().text), CString::npos)
+            << Platform::ToUtf8(problems.front().text);
+    }
+    EXPECT_EQ(UserSettings::Instance()->Get(Setting::Language).value, u"en");
+}

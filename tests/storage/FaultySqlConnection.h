@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+// A connection of which a chosen operation fails, to see what is left of the call around it.
+#pragma once
+
+#include "storage/SqlConnection.h"
+#include "storage/StorageError.h"
+
+#include <utility>
+
+namespace Storage {
+
+// Which operation fails, how, and how many there were.
+struct FaultPlan {
+    static constexpr int kNever = -1;
+
+    int failAt = kNever; // counted from 0
+    Problem problem = Problem::Unreachable;
+    // A commit takes place, and only its answer is lost.
+    bool loseAnswer = false;
+    int seen = 0;
+
+    bool IsNext() { return seen++ == failAt; }
+    [[noreturn]] void Fail() const {
+        throw StorageError(problem, MessageNumber::Internal, {u"the test wants it so"});
+    }
+    void Count() {
+        if (IsNext())
+            Fail();
+    }
+};
+
+class FaultySqlRows : public SqlRows {
+public:
+    FaultySqlRows(std::unique_ptr<SqlRows> rows, FaultPlan& plan)
+        : m_rows(std::move(rows)), m_plan(plan) {}
+
+    bool Next() override {
+        m_plan.Count();
+        return m_rows->Next();
+    }
+    bool IsNull(int column) override { return m_rows->IsNull(column); }
+    std::int64_t Integer(int column) override { return m_rows->Integer(column); }
+    std::string_view Text(int column) override { return m_rows->Text(column); }
+    std::string_view Bytes(int column) override { return m_rows->Bytes(column); }
+
+private:
+    std::unique_ptr<SqlRows> m_rows;
+    FaultPlan& m_plan;
+};
+
+// `plan` has to live as long.
+class FaultySqlConnection : public SqlConnection {
+public:
+    FaultySqlConnection(std::unique_ptr<SqlConnection> sql, FaultPlan& plan)
+        : m_sql(std::move(sql)), m_plan(plan) {}
+
+    void BeginRead() override {
+        m_plan.Count();
+        m_sql->BeginRead();
+    }
+    void BeginWrite() override {
+        m_plan.Count();
+        m_sql->BeginWrite();
+    }
+    void Commit() override {
+        const bool fails = m_plan.IsNext();
+        if (fails && !m_plan.loseAnswer)
+            m_plan.Fail();
+        m_sql->Commit();
+        if (fails)
+            m_plan.Fail();
+    }
+    void Rollback() noexcept override { m_sql->Rollback(); }
+    std::unique_ptr<SqlRows> Query(SqlText sql, std::initializer_list<SqlValue> values) override {
+        m_plan.Count();
+        return std::make_unique<FaultySqlRows>(m_sql->Query(sql, values), m_plan);
+    }
+    std::int64_t Execute(SqlText sql, std::initializer_list<SqlValue> values) override {
+        m_plan.Count();
+        return m_sql->Execute(sql, values);
+    }
+    void RunScript(std::string_view statements) override {
+        m_plan.Count();
+        m_sql->RunScript(statements);
+    }
+    void CheckEngine(const TellFinding& tell) override { m_sql->CheckEngine(tell); }
+    bool IsAlive() override { return m_sql->IsAlive(); }
+    bool MayWrite() override { return m_sql->MayWrite(); }
+    CString Name() override { return m_sql->Name(); }
+    CString EngineName() override { return m_sql->EngineName(); }
+    SqlWords Words() override { return m_sql->Words(); }
+
+private:
+    std::unique_ptr<SqlConnection> m_sql;
+    FaultPlan& m_plan;
+};
+
+} // namespace Storage
