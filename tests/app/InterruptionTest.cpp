@@ -25,10 +25,9 @@ protected:
     }
 
     void WriteDrawings(const std::string& what) const {
-        std::string bytes(5000, 'x');
+        const std::string bytes = what + std::string(5000, 'x');
         for (int i = 0; i < kDrawings; ++i)
-            Write(Drawings() / ("block" + std::to_string(i) + ".dwg"),
-                  what + std::to_string(i) + bytes);
+            Write(Drawings() / ("block" + std::to_string(i) + ".dwg"), bytes + std::to_string(i));
     }
     void Send() const { EXPECT_EQ(station.Zebx({"push", "ncf:002_NODE", "--quiet"}).status, 0); }
     // Not removed: some file systems take long to make files where many were removed.
