@@ -41,6 +41,15 @@ constexpr auto kBytes = [] {
     return bytes;
 }();
 
+// The code unit of every byte: a look for each costs less than asking which half it is in.
+constexpr auto kUnits = [] {
+    std::array<char16_t, 256> units{};
+    for (std::size_t byte = 0; byte < units.size(); ++byte)
+        units[byte] = byte < kFirstOfUpperHalf ? static_cast<char16_t>(byte)
+                                               : kUpperHalf[byte - kFirstOfUpperHalf];
+    return units;
+}();
+
 } // namespace
 
 std::string ToAnsi(CStringView text) {
@@ -53,10 +62,8 @@ std::string ToAnsi(CStringView text) {
 
 CString FromAnsi(std::string_view bytes) {
     CString text(bytes.size(), u'\0');
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
-        const auto byte = static_cast<unsigned char>(bytes[i]);
-        text[i] = byte < kFirstOfUpperHalf ? byte : kUpperHalf[byte - kFirstOfUpperHalf];
-    }
+    for (std::size_t i = 0; i < bytes.size(); ++i)
+        text[i] = kUnits[static_cast<unsigned char>(bytes[i])];
     return text;
 }
 
