@@ -25,7 +25,12 @@ constexpr std::uint64_t kLeastFreeBytes = std::uint64_t{100} * 1024 * 1024;
 constexpr std::int64_t kClockSlackSeconds = 300;
 
 void ExaminePlugin(Patient& patient, const Tell& tell) {
-    patient.plugin = FindStoragePlugin();
+    try {
+        patient.plugin = FindStoragePlugin();
+    } catch (const AppError& error) {
+        tell({"plugin", Message::LabelPlugin, Health::Failure, error.Text(), {}, error.Status()});
+        return;
+    }
     if (!patient.manager.IsInitialized()) {
         tell({"plugin",
               Message::LabelPlugin,
