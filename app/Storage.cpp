@@ -42,6 +42,16 @@ void RequireRepository(const OpenStorage& storage) {
                        Text(Message::NotReachable, {storage.manager.GetRepositroyStorageName()}));
 }
 
+OpenStorage RequireStorageFor(const std::vector<Selected>& selection) {
+    auto& manager = *Repository::CRepositoryStorageManager::Instance();
+    CheckKindsAreKnown(selection, manager);
+    CheckKindsAreOn(selection, manager);
+    const OpenStorage storage = RequireStorage();
+    RequireRepository(storage);
+    CheckGsNames(selection, manager);
+    return storage;
+}
+
 void RequireRights(const OpenStorage& storage) {
     if (storage.manager.AmIAdmin())
         return;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "app/AppError.h"
+#include "app/Selection.h"
 #include "app/StoragePlugin.h"
 
 #include "ZEBXRepositoryClient/RepositoryStorageManager.h"
@@ -29,6 +30,10 @@ Storage::RepositoryState StateOf(Storage::RepositoryAdministration& administrati
 
 // Throws AppError when the repository cannot be used now, with the plug-in's own words.
 void RequireRepository(const OpenStorage& storage);
+
+// The storage with a repository that can be used now, for a transfer of what is selected;
+// throws AppError for that and for a selection that cannot be transferred.
+OpenStorage RequireStorageFor(const std::vector<Selected>& selection);
 
 // Throws AppError (NotAllowed) when this user may only read.
 void RequireRights(const OpenStorage& storage);

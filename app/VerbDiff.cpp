@@ -11,12 +11,7 @@ namespace App {
 
 ExitStatus RunDiff(Session& session, const Invocation& invocation) {
     const std::vector<Selected> selection = ParseSelection(invocation.words);
-    auto& manager = *Repository::CRepositoryStorageManager::Instance();
-    CheckKindsAreKnown(selection, manager);
-    CheckKindsAreOn(selection, manager);
-    const OpenStorage storage = RequireStorage();
-    RequireRepository(storage);
-    CheckGsNames(selection, manager);
+    const OpenStorage storage = RequireStorageFor(selection);
 
     const Comparison comparison = Compare(storage, selection, Purpose::Diff);
     const std::vector<ComparedKind>& kinds = comparison.kinds;

@@ -101,12 +101,7 @@ void GiveResult(Session& session, const OpenStorage& storage, const TransferResu
 
 ExitStatus RunPull(Session& session, const Invocation& invocation) {
     const std::vector<Selected> selection = ParseSelection(invocation.words);
-    auto& manager = *Repository::CRepositoryStorageManager::Instance();
-    CheckKindsAreKnown(selection, manager);
-    CheckKindsAreOn(selection, manager);
-    const OpenStorage storage = RequireStorage();
-    RequireRepository(storage);
-    CheckGsNames(selection, manager);
+    const OpenStorage storage = RequireStorageFor(selection);
     if (invocation.Has("--dry-run"))
         return GivePlan(session, Compare(storage, selection, Purpose::Pull), Purpose::Pull);
     const TransferResult result =

@@ -182,13 +182,8 @@ void GiveResult(Session& session, const OpenStorage& storage, const TransferResu
 
 ExitStatus RunPush(Session& session, const Invocation& invocation) {
     const std::vector<Selected> selection = ParseSelection(invocation.words);
-    auto& manager = *Repository::CRepositoryStorageManager::Instance();
-    CheckKindsAreKnown(selection, manager);
-    CheckKindsAreOn(selection, manager);
-    const OpenStorage storage = RequireStorage();
-    RequireRepository(storage);
+    const OpenStorage storage = RequireStorageFor(selection);
     RequireRights(storage);
-    CheckGsNames(selection, manager);
     CheckWhatWouldBeSent(storage, selection);
     if (invocation.Has("--dry-run"))
         return GivePlan(session, Compare(storage, selection, Purpose::Push), Purpose::Push);

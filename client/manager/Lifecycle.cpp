@@ -11,7 +11,6 @@
 #include "platform/os/Path.h"
 #include "platform/os/UserFolders.h"
 #include "platform/os/VersionRecord.h"
-#include "platform/text/Numbers.h"
 
 #include <boost/make_shared.hpp>
 #include <memory>
@@ -53,13 +52,7 @@ CString CRepositoryStorageManager::GetConfigurationSettingsPath() {
 }
 
 CString CRepositoryStorageManager::GetVersion(const char16_t* path) {
-    const auto version = Platform::ReadFileVersion(Platform::TextOf(path));
-    if (!version)
-        return {};
-    CString text;
-    for (const std::uint16_t part : *version)
-        text += (text.empty() ? u"" : u".") + Platform::ToText(part);
-    return text;
+    return Platform::ReadFileVersionText(Platform::TextOf(path));
 }
 
 CString CRepositoryStorageManager::ReadVersion() {

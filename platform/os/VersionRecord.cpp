@@ -2,6 +2,7 @@
 #include "platform/os/VersionRecord.h"
 
 #include "platform/os/File.h"
+#include "platform/text/Numbers.h"
 
 #include <bit>
 #include <cstring>
@@ -92,6 +93,14 @@ std::optional<FileVersion> ReadFileVersion(CStringView path) {
     FileVersion version;
     std::memcpy(version.data(), record.data() + kMagic.size(), sizeof(version));
     return version;
+}
+
+CString ReadFileVersionText(CStringView path) {
+    CString text;
+    if (const auto version = ReadFileVersion(path))
+        for (const std::uint16_t part : *version)
+            text += (text.empty() ? u"" : u".") + ToText(part);
+    return text;
 }
 
 } // namespace Platform

@@ -18,4 +18,7 @@ using FileVersion = std::array<std::uint16_t, 4>;
 // little-endian ELF file, is cut, or has no such record.
 ZEBX_EXPORT std::optional<FileVersion> ReadFileVersion(CStringView path);
 
+// The same as "1.2.3.0"; empty for nothing.
+ZEBX_EXPORT CString ReadFileVersionText(CStringView path);
+
 } // namespace Platform
