@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "ConnectedStation.h"
 #include "Content.h"
 #include "Lines.h"
 #include "Plant.h"
@@ -16,17 +17,9 @@ using testing::IsSupersetOf;
 
 namespace {
 
-class Diff : public testing::Test {
+class Diff : public ConnectedStation {
 protected:
-    Diff() {
-        EXPECT_EQ(station.Zebx({"init"}).status, 0);
-        EXPECT_EQ(station.Zebx({"connect", "--create"}).status, 0);
-    }
-
-    fs::path Node(const std::string& name) const { return station.Support() / "nodes" / name; }
     void PushNodes() const { ASSERT_EQ(station.Zebx({"push", "ncf:002_NODE"}).status, 0); }
-
-    Station station;
 };
 
 TEST_F(Diff, OfTheSameEndsWithZeroAndSaysSo) {

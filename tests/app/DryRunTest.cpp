@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What "pull --dry-run" and "push --dry-run" say, that it comes true, and that they change
 // nothing; and that a push looks at all names before it sends anything.
+#include "ConnectedStation.h"
 #include "Content.h"
 #include "Lines.h"
 
@@ -14,15 +15,8 @@ using testing::IsSupersetOf;
 
 namespace {
 
-class DryRun : public testing::Test {
+class DryRun : public ConnectedStation {
 protected:
-    DryRun() {
-        EXPECT_EQ(station.Zebx({"init"}).status, 0);
-        EXPECT_EQ(station.Zebx({"connect", "--create"}).status, 0);
-    }
-
-    fs::path Node(const std::string& name) const { return station.Support() / "nodes" / name; }
-
     // Runs it and expects every file of the workstation and the repository as before.
     Ended RunsWithoutATrace(const std::vector<std::string>& arguments) const {
         const auto support = Tree(station.Support());
@@ -46,8 +40,6 @@ protected:
         fs::remove(Node("there.dwg"));
         Write(Node("here.dwg"), "1234");
     }
-
-    Station station;
 };
 
 TEST_F(DryRun, OfPullSaysWhatWouldBeWrittenAndWritesNothing) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include "ConnectedStation.h"
 #include "Lines.h"
 #include "Plant.h"
-#include "Station.h"
 #include "app/Print.h"
 
 #include "platform/text/Utf8.h"
@@ -17,13 +17,8 @@ using testing::SizeIs;
 
 namespace {
 
-class Log : public testing::Test {
+class Log : public ConnectedStation {
 protected:
-    Log() {
-        EXPECT_EQ(station.Zebx({"init"}).status, 0);
-        EXPECT_EQ(station.Zebx({"connect", "--create"}).status, 0);
-    }
-
     void PushNodes(const std::string& bytes) const {
         Write(station.Support() / "nodes/a.dwg", bytes);
         ASSERT_EQ(station.Zebx({"push", "ncf:002_NODE"}).status, 0);
@@ -32,8 +27,6 @@ protected:
         Write(station.Support() / "GeneralSettings.xml", xml);
         ASSERT_EQ(station.Zebx({"push", "gs"}).status, 0);
     }
-
-    Station station;
 };
 
 TEST_F(Log, OfANewRepositoryIsEmptyAndSaysSo) {

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "ConnectedStation.h"
 #include "Content.h"
 #include "Documents.h"
 #include "Lines.h"
@@ -15,19 +16,15 @@ using testing::MatchesRegex;
 
 namespace {
 
-class RepoCheck : public testing::Test {
+class RepoCheck : public ConnectedStation {
 protected:
     RepoCheck() {
-        EXPECT_EQ(station.Zebx({"init"}).status, 0);
-        EXPECT_EQ(station.Zebx({"connect", "--create"}).status, 0);
         Write(station.Support() / "nodes/a.dwg", "12345");
         Write(station.Support() / "nodes/šaht.dwg", "123");
         EXPECT_EQ(station.Zebx({"push", "ncf:002_NODE"}).status, 0);
     }
 
     void Damage(const std::string& sql) const { Plant(station, sql); }
-
-    Station station;
 };
 
 TEST_F(RepoCheck, OfAWholeRepositoryCountsWhatItLookedAt) {

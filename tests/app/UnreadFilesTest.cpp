@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Local files that are there and cannot be read: a push says so and sends the others.
+#include "ConnectedStation.h"
 #include "Content.h"
 
 #include <gmock/gmock.h>
@@ -11,11 +12,9 @@ using testing::HasSubstr;
 
 namespace {
 
-class UnreadFiles : public testing::Test {
+class UnreadFiles : public ConnectedStation {
 protected:
     UnreadFiles() {
-        EXPECT_EQ(station.Zebx({"init"}).status, 0);
-        EXPECT_EQ(station.Zebx({"connect", "--create"}).status, 0);
         Write(station.Support() / "nodes/good.dwg", "good");
         Write(station.Support() / "nodes/locked.dwg", "locked");
         Write(station.Support() / "GeneralSettings.xml", "<gs/>");
@@ -28,8 +27,6 @@ protected:
     Ended Run(const std::vector<std::string>& arguments) const {
         return geteuid() == 0 ? station.ZebxAsNobody(arguments) : station.Zebx(arguments);
     }
-
-    Station station;
 };
 
 } // namespace
