@@ -33,7 +33,7 @@ void CountBytes(benchmark::State& state, std::size_t bytes) {
 
 void Base64Encode(benchmark::State& state) {
     const std::string bytes = RandomBytes(kBytes);
-    for (auto _ : state)
+    for ([[maybe_unused]] auto _ : state)
         benchmark::DoNotOptimize(EncodeBase64(bytes));
     CountBytes(state, kBytes);
 }
@@ -41,7 +41,7 @@ BENCHMARK(Base64Encode);
 
 void Base64EncodeOpenSsl(benchmark::State& state) {
     const std::string bytes = RandomBytes(kBytes);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         std::string text((kBytes + 2) / 3 * 4 + 1, '\0');
         EVP_EncodeBlock(reinterpret_cast<unsigned char*>(text.data()), Unsigned(bytes),
                         static_cast<int>(kBytes));
@@ -53,7 +53,7 @@ BENCHMARK(Base64EncodeOpenSsl);
 
 void Base64Decode(benchmark::State& state) {
     const std::string text = EncodeBase64(RandomBytes(kBytes));
-    for (auto _ : state)
+    for ([[maybe_unused]] auto _ : state)
         benchmark::DoNotOptimize(DecodeBase64(text));
     CountBytes(state, kBytes);
 }
@@ -61,7 +61,7 @@ BENCHMARK(Base64Decode);
 
 void Base64DecodeOpenSsl(benchmark::State& state) {
     const std::string text = EncodeBase64(RandomBytes(kBytes));
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         std::string bytes(text.size() / 4 * 3, '\0');
         EVP_DecodeBlock(reinterpret_cast<unsigned char*>(bytes.data()), Unsigned(text),
                         static_cast<int>(text.size()));
@@ -80,7 +80,7 @@ std::string RandomAnsi() {
 
 void Windows1250ToWide(benchmark::State& state) {
     const std::string bytes = RandomAnsi();
-    for (auto _ : state)
+    for ([[maybe_unused]] auto _ : state)
         benchmark::DoNotOptimize(AnsiToWide(bytes));
     CountBytes(state, kBytes);
 }
@@ -88,7 +88,7 @@ BENCHMARK(Windows1250ToWide);
 
 void Windows1250FromWide(benchmark::State& state) {
     const CString wide = AnsiToWide(RandomAnsi());
-    for (auto _ : state)
+    for ([[maybe_unused]] auto _ : state)
         benchmark::DoNotOptimize(WideToAnsi(wide));
     CountBytes(state, kBytes);
 }
@@ -98,7 +98,7 @@ void SplitFields100000(benchmark::State& state) {
     CString text;
     for (int i = 0; i < 100'000; ++i)
         text += u"a field#";
-    for (auto _ : state)
+    for ([[maybe_unused]] auto _ : state)
         benchmark::DoNotOptimize(SplitFields(CStringView(text), u'#'));
     state.SetItemsProcessed(state.iterations() * 100'000);
 }

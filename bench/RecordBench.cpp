@@ -43,14 +43,14 @@ CString TextOf(const Item& item) {
 
 template<class Record>
 void Write(benchmark::State& state, const Record& record) {
-    for (auto _ : state)
+    for ([[maybe_unused]] auto _ : state)
         benchmark::DoNotOptimize(TextOf(record));
 }
 
 template<class Record>
 void Read(benchmark::State& state, const Record& record) {
     const CString text = TextOf(record);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         Record read;
         read.Deserialize(text.c_str());
         benchmark::DoNotOptimize(read);
