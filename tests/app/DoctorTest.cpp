@@ -12,7 +12,6 @@
 using namespace AppTest;
 using testing::AllOf;
 using testing::Contains;
-using testing::Each;
 using testing::HasSubstr;
 using testing::StartsWith;
 

@@ -12,7 +12,6 @@
 
 using namespace AppTest;
 using testing::HasSubstr;
-using testing::MatchesRegex;
 
 namespace {
 

@@ -15,14 +15,6 @@ namespace {
 
 constexpr int kPipeBytes = 4096;
 
-std::vector<char*> Pointers(std::vector<std::string>& texts) {
-    std::vector<char*> pointers;
-    for (std::string& text : texts)
-        pointers.push_back(text.data());
-    pointers.push_back(nullptr);
-    return pointers;
-}
-
 // The mask of the signals that the process has handlers for.
 unsigned long long CaughtSignals(pid_t process) {
     std::ifstream status("/proc/" + std::to_string(process) + "/status");

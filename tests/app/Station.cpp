@@ -19,6 +19,13 @@ constexpr unsigned kNobody = 65534;
 
 const fs::path kProgram = fs::path(ZEBX_BUILD_DIR) / "bin/zebx";
 
+bool Redirect(const fs::path& path, int descriptor) {
+    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    return file >= 0 && dup2(file, descriptor) >= 0;
+}
+
+} // namespace
+
 std::vector<char*> Pointers(std::vector<std::string>& texts) {
     std::vector<char*> pointers;
     for (std::string& text : texts)
@@ -26,13 +33,6 @@ std::vector<char*> Pointers(std::vector<std::string>& texts) {
     pointers.push_back(nullptr);
     return pointers;
 }
-
-bool Redirect(const fs::path& path, int descriptor) {
-    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
-    return file >= 0 && dup2(file, descriptor) >= 0;
-}
-
-} // namespace
 
 struct Station::Start {
     fs::path program;

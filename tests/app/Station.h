@@ -76,4 +76,7 @@ private:
 // A second installation that holds the message table alone, to put plug-ins in.
 fs::path InstallationWithoutPlugin(const Station& station);
 
+// The texts as execve takes them: pointers, the last one null.
+std::vector<char*> Pointers(std::vector<std::string>& texts);
+
 } // namespace AppTest
