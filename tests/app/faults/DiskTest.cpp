@@ -55,7 +55,7 @@ constexpr std::size_t kMegabyte = 1'000'000;
 } // namespace
 
 #define ZEBX_NEEDS_A_SMALL_DISK(disk)                                                              \
-    if (!disk.IsMounted())                                                                         \
+    if (!(disk).IsMounted())                                                                       \
     GTEST_SKIP() << "a small disk cannot be mounted: needs root"
 
 TEST_F(Disks, AFullOneEndsAPushWithStatusNineAndChangesNothing) {

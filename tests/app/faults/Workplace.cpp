@@ -134,7 +134,9 @@ std::string WhyNotWhole(const Files& files, bool mayMiss) {
     for (const auto& [path, bytes] : files) {
         if (fs::path(path).filename().string().starts_with(".zebx-")) {
             // On its way into another file's place, whole.
-            const auto isThis = [&](const auto& file) { return file.second == bytes; };
+            const auto isThis = [&content = bytes](const auto& file) {
+                return file.second == content;
+            };
             if (std::any_of(second.begin(), second.end(), isThis))
                 continue;
         }
