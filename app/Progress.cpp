@@ -39,8 +39,9 @@ double Progress::Seconds() const {
 
 // The line is a courtesy: what there is no memory for is not shown.
 void Progress::Count(FileStep step) try {
-    ++m_files[static_cast<std::size_t>(step)];
-    if (Clock::now() - m_shown < kBetweenLines)
+    // The first of its kind at once: a short step would not be seen at all.
+    const bool isFirst = ++m_files[static_cast<std::size_t>(step)] == 1;
+    if (!isFirst && Clock::now() - m_shown < kBetweenLines)
         return;
     m_shown = Clock::now();
     m_terminal.ShowProgress(Line());

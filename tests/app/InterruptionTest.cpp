@@ -25,7 +25,7 @@ protected:
     }
 
     void WriteDrawings(const std::string& what) const {
-        const std::string bytes = what + std::string(5000, 'x');
+        const std::string bytes = what + std::string(30'000, 'x');
         for (int i = 0; i < kDrawings; ++i)
             Write(Drawings() / ("block" + std::to_string(i) + ".dwg"), bytes + std::to_string(i));
     }
