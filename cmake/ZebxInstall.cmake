@@ -5,7 +5,8 @@ include(CMakePackageConfigHelpers)
 install(TARGETS zebx RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
 install(TARGETS ZEBXRepositoryClientPlugin_Sql
   LIBRARY DESTINATION ${ZEBX_MODULE_DIR} COMPONENT runtime)
-install(TARGETS zebxplatform ZEBXGisCore ZEBXLogging ZEBXWorkspaceCore ZEBXRepositoryClient
+install(TARGETS zebxplatform ZEBXGisCore ZEBXLogging ZEBXWorkspaceCore ZEBXNetworkCore
+  ZEBXRepositoryClient
   EXPORT ZEBXRepositoryClientTargets
   LIBRARY DESTINATION ${ZEBX_MODULE_DIR} COMPONENT runtime)
 
@@ -14,7 +15,8 @@ install(DIRECTORY docs/schemas DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/zebx COM
 install(DIRECTORY platform/ DESTINATION ${ZEBX_INCLUDE_DIR}/platform COMPONENT development
   FILES_MATCHING PATTERN "*.h" PATTERN "System*.h" EXCLUDE PATTERN "FolderNames.h" EXCLUDE)
 install(DIRECTORY
-  family/GisCore/include/ family/Logging/include/ family/WorkspaceCore/include/
+  family/GisCore/include/ family/Logging/include/ family/NetworkCore/include/
+  family/WorkspaceCore/include/
   client/include/ storage/include/
   DESTINATION ${ZEBX_INCLUDE_DIR} COMPONENT development FILES_MATCHING PATTERN "*.h")
 

@@ -3,8 +3,11 @@
 // picture of the shared repository, and performs every transfer.
 #pragma once
 
+#include "ZEBXGisCore/RepositoryItem.h"
+#include "ZEBXNetworkCore/CatalogItem.h"
 #include "ZEBXRepositoryClient/ContentKinds.h"
 #include "ZEBXRepositoryClient/MsgProvider.h"
+#include "ZEBXRepositoryClient/NetCatalogueItem.h"
 #include "ZEBXRepositoryClient/NetRepository.h"
 
 #include <map>
@@ -94,6 +97,49 @@ public:
     int LoadGS(CString& xml, const char16_t* name);
     int SaveGSLocally();
     int GetAvailableGS(std::vector<CString>& names);
+
+    // Definitions.  The manager keeps a picture of the shared repository in memory, which only
+    // these operations change; until the first refresh it is empty.  Nothing goes to the log.
+    //
+    // AddRepositoryItem: puts the item into the picture, then sends it; the picture keeps it
+    // also when the storage refuses.  0 for a null item.  Delete and Rename: the storage
+    // first, the picture only after its success.  GetRepositoryItemById: fetches an item and
+    // makes a local one of it, owned by the caller, with the requested id and the stored name;
+    // null when there is none or it cannot be made.  `option` goes to the storage as it is.
+    // GetRepositoryItemsLite: appends the picture's items of a tag, owned by the caller;
+    // always 0, kept: callers judge by what was appended.  RefreshNetRepository: reads the
+    // items of a tag, or of every tag that exists locally when `tag` is null, into the picture;
+    // 1 when at least one tag was read, 0 also when the repository became inaccessible.
+    int AddRepositoryItem(const char16_t* tag, ZEBGis::CRepositoryItem* item);
+    int DeleteRepositoryItem(const char16_t* tag, const char16_t* id);
+    int RenameRepositoryItem(const char16_t* tag, const char16_t* id, const char16_t* newName);
+    ZEBGis::CRepositoryItem* GetRepositoryItemById(const char16_t* tag, const char16_t* id,
+                                                   int option);
+    int GetRepositoryItemsLite(const char16_t* tag, std::vector<ZEBGis::CRepositoryItem*>& out);
+    int RefreshNetRepository(const char16_t* tag);
+
+    // Catalogue items.  Results are the backend's; nothing goes to the log.
+    //
+    // `parentId` null: the top level.  `flag` goes to the backend as it is.
+    int GetChildCatalogItems(const char16_t* catalogueTag, const char16_t* parentId,
+                             std::vector<boost::shared_ptr<CNetCatalogueItem>>& items, int flag);
+    // Empty when there is no such item or its content is no item.
+    boost::shared_ptr<ZEBGis::Data::CCatalogItem>
+    GetCatalogItemById(const char16_t* catalogueTag, const char16_t* id, int withFiles);
+    // 0 for an empty item.
+    int AddCatalogItem(const char16_t* catalogueTag, const char16_t* catalogueName,
+                       const boost::shared_ptr<ZEBGis::Data::CCatalogItem>& item, int withFiles);
+    int DeleteCatalogItem(const char16_t* catalogueTag, const char16_t* id);
+    // The record's files go to the file manager whose id is the record's catalogue tag, kept:
+    // in the other direction they come from the one that the catalogue's metadata names.  The
+    // record's parent wins over the one in its content.  Empty when the content is no item.
+    boost::shared_ptr<ZEBGis::Data::CCatalogItem>
+    Transform2CatalogItem(const boost::shared_ptr<CNetCatalogueItem>& record, int withFiles);
+    // A group travels without its members.  Never empty.
+    boost::shared_ptr<CNetCatalogueItem>
+    Transform2NetCatalogItem(const char16_t* catalogueTag, const char16_t* catalogueName,
+                             const boost::shared_ptr<ZEBGis::Data::CCatalogItem>& item,
+                             int withFiles);
 
 private:
     CRepositoryStorageManager() = default;
