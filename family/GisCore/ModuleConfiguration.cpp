@@ -3,6 +3,7 @@
 
 #include "MessageTable.h"
 
+#include "ZEBXGisCore/XmlFile.h"
 #include "platform/os/File.h"
 #include "platform/os/UserSettings.h"
 #include "platform/text/CaseFold.h"
@@ -19,23 +20,6 @@ using Platform::UserSettings;
 
 constexpr const char16_t* kGsFile = u"GeneralSettings.xml";
 constexpr const char16_t* kPreviousGsFile = u"GeneralSettings.previous.xml";
-
-bool WriteGs(const CString& folder, const std::string& bytes) {
-    const CString path = folder + kGsFile;
-    std::string current;
-    const bool hasCurrent = Platform::KindOfPath(path) == Platform::PathKind::File;
-    if (hasCurrent && Platform::ReadFile(path, current))
-        return false;
-    if (hasCurrent && current == bytes)
-        return true;
-    if (!Platform::CreateFolderChain(folder, Platform::Access::Private))
-        return false;
-    // A copy, not a rename: at no moment is the workstation without its settings.
-    if (hasCurrent &&
-        Platform::ReplaceFile(folder + kPreviousGsFile, current, Platform::Access::Shared))
-        return false;
-    return !Platform::ReplaceFile(path, bytes, Platform::Access::Shared);
-}
 
 } // namespace
 
@@ -99,7 +83,11 @@ CString CModuleConfiguration::GetCurrentGSXML() const try {
 
 int CModuleConfiguration::ForceSaveGSLocal(const char16_t* xml, const char16_t*) try {
     const CString folder = GetPath(u"support");
-    return !folder.empty() && WriteGs(folder, Platform::ToUtf8(Platform::TextOf(xml))) ? 1 : 0;
+    if (folder.empty())
+        return 0;
+    CString problem;
+    const std::string bytes = Platform::ToUtf8(Platform::TextOf(xml));
+    return WriteXmlFile(folder + kGsFile, folder + kPreviousGsFile, bytes, problem) ? 1 : 0;
 } catch (...) {
     return 0;
 }

@@ -13,9 +13,11 @@ namespace ZEBGis {
 enum class XmlFileState { Read, Missing, Unusable };
 
 // Reads an XML file into `utf8`, without a byte order mark.  UTF-8, UTF-16 with a byte order
-// mark, and what the XML declaration calls windows-1250 are understood.  Unusable: `problem`
-// says why, with the file's path, in the user's language (it cannot be read, another encoding,
-// bytes that do not fit the encoding), and `utf8` is empty.
+// mark, and what the XML declaration calls windows-1250 are understood; the declaration itself
+// stays in `utf8` as it stands.  Unusable: `problem` says why, with the file's path, in the
+// user's language, and `utf8` is empty.  The reasons: it cannot be read, is no ordinary file,
+// is empty, has more than 256 MiB, has another encoding, bytes that do not fit the encoding or
+// characters that XML does not have.
 ZEBX_EXPORT XmlFileState ReadXmlFile(CStringView path, std::string& utf8, CString& problem);
 
 // Makes the file hold exactly `utf8`, whole or not at all, also over a crash of the machine;
