@@ -67,6 +67,10 @@ public:
     // says why: file, item and reason, in the user's language.  Given back through the
     // factory's ReleaseRepository.
     CDefinitionRepository* ReadDefinitions(const char16_t* tag, CString& problem);
+    // The same for a file that lies elsewhere, which may also hold one <definition> alone.  A
+    // missing file is a problem.
+    CDefinitionRepository* ReadDefinitionsFile(const char16_t* tag, const char16_t* path,
+                                               CString& problem);
     // Replaces the local definitions that have these items' ids in their places and adds the
     // others behind them, in order.  The file is written whole or not at all, and not when
     // nothing changes; what it held before is kept beside it as <tag>.previous.xml.  Returns
@@ -77,6 +81,8 @@ public:
 private:
     CRepositoryManager();
     struct Content;
+    Content& Current();
+
     std::unique_ptr<Content> m_content;
 };
 
