@@ -2,6 +2,7 @@
 // A manager that found no plug-in: what may be asked of it, and what it answers.
 #include "client/manager/Installation.h"
 
+#include "ZEBXRepositoryClient/RepositoryItemLite.h"
 #include "ZEBXRepositoryClient/RepositoryStorageManager.h"
 #include "support/WorkspaceLines.h"
 
@@ -57,6 +58,17 @@ TEST_F(WithoutPlugin, NoGsCanBeLoadedAndTheTextStaysAsItIs) {
 TEST_F(WithoutPlugin, TheLocalGsIsNotReplaced) {
     EXPECT_EQ(manager.SaveGSLocally(), 0);
     EXPECT_FALSE(Platform::PathExists(installation.Support()));
+}
+
+TEST_F(WithoutPlugin, NoDefinitionsCanBeMoved) {
+    CRepositoryItemLite item;
+    item.SetId(u"1");
+    EXPECT_EQ(manager.AddRepositoryItem(u"A", &item), 0);
+    EXPECT_EQ(manager.DeleteRepositoryItem(u"A", u"1"), 0);
+    EXPECT_EQ(manager.RenameRepositoryItem(u"A", u"1", u"x"), 0);
+    EXPECT_EQ(manager.GetRepositoryItemById(u"A", u"1", 0), nullptr);
+    EXPECT_EQ(manager.RefreshNetRepository(u"A"), 0);
+    EXPECT_EQ(manager.RefreshNetRepository(nullptr), 0);
 }
 
 TEST_F(WithoutPlugin, TheBuiltInKindsAreRegistered) {
