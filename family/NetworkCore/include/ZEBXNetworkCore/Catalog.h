@@ -29,10 +29,11 @@ public:
     // Takes the item with all below it out of the catalogue.  0 when there is none.
     int DeleteItem(const char16_t* guid);
 
-private:
-    friend class CCatalogItem;
-    friend class CatalogueXml;
+    // Known to this library alone.
     struct Content;
+
+private:
+    friend class CatalogueXml;
     std::unique_ptr<Content> m_content;
 };
 

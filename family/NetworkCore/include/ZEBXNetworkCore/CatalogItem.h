@@ -45,7 +45,9 @@ public:
     std::vector<CatalogItemPtr> GetSortedSubItems() const;
     // Adds `item` with all below it as the last sub-item, takes it out of where it stood, and
     // makes this item its parent.  Returns 0, and changes nothing, when `item` is empty, holds
-    // this item, or a GUID of the added ones is already in this item's catalogue.
+    // this item, a GUID of the added ones is already in this item's catalogue, or one of them
+    // would stand deeper than 200 levels.  Sub-items that a copy shares with its original become
+    // copies too.
     int AddSubItem(const CatalogItemPtr& item);
     // Takes the sub-item of that key, with all below it, out of this item and of its
     // catalogue.  0 when there is none.
@@ -63,10 +65,13 @@ public:
     // XML declaration.  What other tools put into the item is in it.
     void GetXML(WStringStream& stream) const;
 
+    // Known to this library alone.
+    struct Content;
+
 private:
     friend class CCatalog;
+    friend class CatalogBranch;
     friend class CatalogueXml;
-    struct Content;
     std::unique_ptr<Content> m_content;
 };
 

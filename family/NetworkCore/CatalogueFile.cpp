@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+#include "CatalogueFile.h"
+
+#include "CatalogueXml.h"
+
+#include "ZEBXGisCore/XmlFile.h"
+#include "platform/os/Path.h"
+#include "platform/text/CaseFold.h"
+#include "platform/text/Utf8.h"
+
+#include <boost/make_shared.hpp>
+
+namespace ZEBGis::Data {
+namespace {
+
+constexpr CStringView kFolder = u"Catalogues\\";
+constexpr CStringView kFile = u".xml";
+constexpr CStringView kPrevious = u".previous";
+constexpr std::size_t kMostNameBytes = 255;
+
+CString PathOf(CStringView support, CStringView reference) {
+    if (support.empty())
+        throw CatalogueError{CatalogueText(CatalogueMessage::NoSupportFolder)};
+    return CString(support).append(kFolder).append(reference);
+}
+
+CString Shown(CStringView path) {
+    return Platform::FromUtf8(Platform::NativePath(path));
+}
+
+CString ReasonWhy(const CCatalog& catalog, CStringView text) {
+    if (CString problem = CatalogueXml::ProblemOf(catalog); !problem.empty())
+        return problem;
+    return TextProblem(text);
+}
+
+} // namespace
+
+CatalogPtr ReadCatalogueFile(CStringView support, CStringView reference) {
+    const CString path = PathOf(support, reference).append(kFile);
+    auto catalog = boost::make_shared<CCatalog>();
+    std::string utf8;
+    CString problem;
+    switch (ReadXmlFile(path, utf8, problem)) {
+    case XmlFileState::Missing:
+        break;
+    case XmlFileState::Unusable:
+        throw CatalogueError{problem};
+    case XmlFileState::Read:
+        CatalogueXml::ReadCatalogue(XmlSource(Shown(path), std::move(utf8)), reference, *catalog);
+    }
+    return catalog;
+}
+
+void WriteCatalogueFile(CStringView support, CStringView reference, const CCatalog& catalog,
+                        bool keepPrevious) {
+    const CString stem = PathOf(support, reference);
+    const CString path = CString(stem).append(kFile);
+    const CString text = CatalogueXml::TextOf(catalog, reference);
+    if (const CString reason = ReasonWhy(catalog, text); !reason.empty())
+        throw CatalogueError{CatalogueText(CatalogueMessage::NotWritten, {Shown(path), reason})};
+    const CString previous = keepPrevious ? CString(stem).append(kPrevious).append(kFile) : u"";
+    CString problem;
+    if (!WriteXmlFile(path, previous, Platform::ToUtf8(text), problem))
+        throw CatalogueError{problem};
+}
+
+bool IsFileReference(CStringView reference) {
+    for (const char16_t unit : reference)
+        if (unit < 0x20 || unit == 0x7F || CStringView(u"/\\:").find(unit) != CStringView::npos)
+            return false;
+    // "A.previous.xml" is what the file of "A" held before.
+    return !reference.empty() && reference != u"." && reference != u".." &&
+           TextProblem(reference).empty() && !Platform::FoldCase(reference).ends_with(kPrevious) &&
+           Platform::ToUtf8(reference).size() + kPrevious.size() + kFile.size() <= kMostNameBytes;
+}
+
+} // namespace ZEBGis::Data

@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: MIT
+#include "XmlSource.h"
+
+#include "CatalogBranch.h"
+#include "XmlNode.h"
+
+#include "ZEBXGisCore/XmlFile.h"
+#include "platform/text/Numbers.h"
+#include "platform/text/Utf8.h"
+
+#include <algorithm>
+#include <charconv>
+#include <new>
+
+namespace ZEBGis::Data {
+namespace {
+
+// Items stand at most kMostLevels deep; this much more is for what they hold.
+constexpr int kMostDepth = 2 * kMostLevels;
+
+// Everything is kept, also blanks: they count inside the elements of other tools.
+constexpr unsigned kParse = pugi::parse_full | pugi::parse_ws_pcdata | pugi::parse_fragment;
+
+// Whether the reference, from its "&#" to before its ";", names a character of XML.  What is
+// no reference at all is text.
+bool IsGoodReference(std::string_view digits) {
+    const int base = digits.starts_with('x') ? 16 : 10;
+    if (base == 16)
+        digits.remove_prefix(1);
+    std::uint32_t codePoint = 0;
+    const auto [end, error] =
+        std::from_chars(digits.data(), digits.data() + digits.size(), codePoint, base);
+    if (end == digits.data() || end != digits.data() + digits.size())
+        return true;
+    if (error != std::errc() || codePoint == 0 || codePoint > 0x10FFFF)
+        return false;
+    CString character;
+    if (codePoint < 0x10000)
+        character = static_cast<char16_t>(codePoint);
+    return TextProblem(character).empty();
+}
+
+bool HasAttributeTwice(const pugi::xml_node& node, std::string& name) {
+    std::vector<std::string_view> names;
+    for (const pugi::xml_attribute& attribute : node.attributes())
+        names.emplace_back(attribute.name());
+    std::ranges::sort(names);
+    const auto found = std::ranges::adjacent_find(names);
+    if (found == names.end())
+        return false;
+    name = *found;
+    return true;
+}
+
+} // namespace
+
+struct SourceCheck : pugi::xml_tree_walker {
+    explicit SourceCheck(const XmlSource& of) : source(of) {}
+
+    bool for_each(pugi::xml_node& node) override {
+        if (depth() > kMostDepth)
+            Fail(node, CatalogueText(CatalogueMessage::TooDeep, {Platform::ToText(kMostLevels)}));
+        if (node.type() == pugi::node_doctype)
+            Fail(node, CatalogueText(CatalogueMessage::HasDoctype));
+        if (node.type() == pugi::node_declaration && node.previous_sibling())
+            Fail(node, CatalogueText(CatalogueMessage::NotWellFormed));
+        std::string name;
+        if (HasAttributeTwice(node, name))
+            Fail(node, CatalogueText(CatalogueMessage::AttributeTwice, {Platform::FromUtf8(name)}));
+        return true;
+    }
+    [[noreturn]] void Fail(const pugi::xml_node& node, CStringView reason) const {
+        throw CatalogueError{source.ProblemAt(node, reason)};
+    }
+
+    const XmlSource& source;
+};
+
+XmlSource::XmlSource(CString name, std::string utf8)
+    : m_name(std::move(name)), m_utf8(std::move(utf8)) {
+    CheckReferences();
+    Parse();
+    SourceCheck check(*this);
+    m_document.traverse(check);
+    CheckTopLevel();
+}
+
+// The parser would take a reference to NUL for the end of the text.  It is not asked whether
+// the reference stands in a comment, where it means nothing.
+void XmlSource::CheckReferences() const {
+    for (std::size_t at = m_utf8.find("&#"); at != std::string::npos;
+         at = m_utf8.find("&#", at + 2)) {
+        const std::size_t end = m_utf8.find_first_of(";&<\"'", at + 2);
+        if (end == std::string::npos || m_utf8[end] != ';')
+            continue;
+        const std::string_view text = std::string_view(m_utf8).substr(at, end + 1 - at);
+        if (!IsGoodReference(text.substr(2, text.size() - 3)))
+            FailAt(at, CatalogueText(CatalogueMessage::BadReference, {Platform::FromUtf8(text)}));
+    }
+}
+
+void XmlSource::Parse() {
+    const pugi::xml_parse_result result =
+        m_document.load_buffer(m_utf8.data(), m_utf8.size(), kParse, pugi::encoding_utf8);
+    if (result.status == pugi::status_out_of_memory)
+        throw std::bad_alloc();
+    if (result)
+        return;
+    const auto offset = static_cast<std::size_t>(std::max<std::ptrdiff_t>(result.offset, 0));
+    const bool isAtEnd = offset + 1 >= m_utf8.size();
+    FailAt(offset,
+           CatalogueText(isAtEnd ? CatalogueMessage::EndsEarly : CatalogueMessage::NotWellFormed));
+}
+
+void XmlSource::CheckTopLevel() const {
+    bool hasRoot = false;
+    for (const pugi::xml_node& node : m_document) {
+        const bool isElement = node.type() == pugi::node_element;
+        const bool isText = node.type() == pugi::node_cdata || node.type() == pugi::node_pcdata;
+        if ((isElement && hasRoot) || (isText && !IsBlankText(node)))
+            throw CatalogueError{ProblemAt(node, CatalogueText(CatalogueMessage::BesideRoot))};
+        hasRoot = hasRoot || isElement;
+    }
+    if (!hasRoot)
+        FailAt(0, CatalogueText(CatalogueMessage::NotWellFormed));
+}
+
+pugi::xml_node XmlSource::Root(const char* name) const {
+    const pugi::xml_node root = m_document.document_element();
+    if (std::string_view(root.name()) != name)
+        throw CatalogueError{ProblemAt(
+            root, CatalogueText(CatalogueMessage::WrongRoot,
+                                {Platform::FromUtf8(root.name()), Platform::FromUtf8(name)}))};
+    return root;
+}
+
+std::int64_t XmlSource::LineOf(const pugi::xml_node& node) const {
+    return LineAt(static_cast<std::size_t>(std::max<std::ptrdiff_t>(node.offset_debug(), 0)));
+}
+
+CString XmlSource::ProblemAt(const pugi::xml_node& node, CStringView reason) const {
+    return CatalogueText(CatalogueMessage::AtLine,
+                         {m_name, Platform::ToText(LineOf(node)), reason});
+}
+
+void XmlSource::FailAt(std::size_t offset, CStringView reason) const {
+    throw CatalogueError{CatalogueText(CatalogueMessage::AtLine,
+                                       {m_name, Platform::ToText(LineAt(offset)), reason})};
+}
+
+std::int64_t XmlSource::LineAt(std::size_t offset) const {
+    const auto end = m_utf8.begin() + static_cast<std::ptrdiff_t>(std::min(offset, m_utf8.size()));
+    return std::count(m_utf8.begin(), end, '\n') + 1;
+}
+
+} // namespace ZEBGis::Data

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+// An XML text that was read: well-formed as far as it matters, without what could be lost
+// silently, and each part with its place for messages.
+#pragma once
+
+#include "CatalogueMessages.h"
+
+#include <string>
+
+#include <pugixml.hpp>
+
+namespace ZEBGis::Data {
+
+class XmlSource {
+public:
+    // `name` is what messages call the text, a path for instance.  Throws CatalogueError:
+    // a text that is no XML or ends in the middle, a document type declaration, an attribute
+    // twice in one element, a reference to what is no character of XML, anything but comments
+    // and instructions beside the one outermost element, elements nested very deep.
+    XmlSource(CString name, std::string utf8);
+
+    // The outermost element; throws CatalogueError when its name is another.
+    pugi::xml_node Root(const char* name) const;
+    // Everything on the top level, the outermost element among it.
+    const pugi::xml_document& Document() const { return m_document; }
+
+    std::int64_t LineOf(const pugi::xml_node& node) const;
+    // "source, line, reason".
+    CString ProblemAt(const pugi::xml_node& node, CStringView reason) const;
+    const CString& Name() const { return m_name; }
+
+private:
+    friend struct SourceCheck;
+    [[noreturn]] void FailAt(std::size_t offset, CStringView reason) const;
+    std::int64_t LineAt(std::size_t offset) const;
+    void CheckReferences() const;
+    void Parse();
+    void CheckTopLevel() const;
+
+    CString m_name;
+    std::string m_utf8;
+    pugi::xml_document m_document;
+};
+
+} // namespace ZEBGis::Data
