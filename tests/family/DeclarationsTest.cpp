@@ -55,7 +55,7 @@ TEST_F(Declarations, TheShippedFileDeclaresPipesManholesAndValves) {
 }
 
 TEST_F(Declarations, TheExampleOfTheDocumentIsRead) {
-    DeclareHere(DocumentExample("declared definition repositories"));
+    DeclareHere(DocumentExample("definition-repositories"));
     EXPECT_THAT(Tags(), ElementsAre(u"PIPE_DEFINITIONS"));
     auto* factory = manager.GetRepositoryfactory(u"PIPE_DEFINITIONS");
     EXPECT_EQ(factory->GetTag(), u"PIPE_DEFINITIONS");

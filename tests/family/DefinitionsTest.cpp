@@ -27,8 +27,8 @@ protected:
 };
 
 TEST_F(Definitions, TheExampleOfTheDocumentIsRead) {
-    Write(Install() / "Definitions.xml", DocumentExample("declared definition repositories"));
-    Write(DefinitionsFolder() / "PIPE_DEFINITIONS.xml", DocumentExample("local definitions"));
+    Write(Install() / "Definitions.xml", DocumentExample("definition-repositories"));
+    Write(DefinitionsFolder() / "PIPE_DEFINITIONS.xml", DocumentExample("definitions"));
     ZEBGis::CDefinitionRepository* read = manager.ReadDefinitions(u"PIPE_DEFINITIONS", problem);
     const DefinitionsOfATag repository(read, {u"PIPE_DEFINITIONS"});
     ASSERT_NE(repository, nullptr) << Platform::ToUtf8(problem);
