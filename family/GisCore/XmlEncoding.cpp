@@ -146,7 +146,10 @@ CString MakeUtf8(std::string& bytes) {
     const std::size_t unfit = FirstUnfit(text);
     if (unfit != CString::npos)
         return UnfitCharacter(encoding, text, unfit);
-    bytes = Platform::ToUtf8(text);
+    if (encoding.decode == Platform::FromUtf8)
+        bytes.erase(0, encoding.markSize);
+    else
+        bytes = Platform::ToUtf8(text);
     return {};
 }
 
