@@ -46,19 +46,26 @@ public:
     // Loads the catalogues of the rows, all of them or those whose check state is exactly 1:
     // puts every item of the repository into the local catalogue in the repository's order,
     // each in place of the local item of the same GUID, and saves each catalogue once.  The
-    // outcome of each catalogue is a line of the workspace log; a local catalogue that cannot
-    // be read is one of failure, is left as it is, and the next row follows.
+    // outcome of each catalogue is a line of the workspace log.  It is one of failure, and the
+    // next row follows, for a local catalogue that cannot be read, which is left as it is; for
+    // one that cannot be saved; and for one of which the repository did not list a group's
+    // items, which is not saved, because the group's local items were replaced with it.  Items
+    // below 200 groups, the most that a catalogue takes, or below themselves are left out.
     //
-    // Returns 0 when the repository became inaccessible: the load stopped there, and the
-    // catalogue being loaded is not saved.
+    // Returns 0 when the repository became inaccessible: the load stopped there without a
+    // line, and the catalogue being loaded is not saved; its items so far stay in memory.
     int LoadCatalogs(const std::vector<CatalogueRow>& rows, int all);
 
-    // Sends every item of a local catalogue, parents before children, with its files.  The
-    // outcome is a line of the workspace log.  Returns non-zero when every item was accepted
-    // and the repository stayed accessible to the end.
+    // Sends every item of a local catalogue, parents before children, with its files; also
+    // below an item that was not accepted.  The outcome is a line of the workspace log, behind
+    // one that gives the reason when the local catalogue cannot be read.  Returns non-zero when
+    // every item was accepted and the repository stayed accessible to the end.
     int SendCatalog(const ZEBGis::Data::CCatalogMetadata& metadata);
 
 private:
+    // Loads one; false when the repository became inaccessible.
+    bool LoadCatalogue(const ZEBGis::Data::CCatalogMetadata& metadata);
+
     CRepositoryStorageManager& m_manager;
     ICatalogueSteps& m_steps;
 };
