@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Station.h"
 
+#include <algorithm>
 #include <fcntl.h>
 #include <gmock/gmock.h>
 
@@ -20,6 +21,32 @@ TEST(RunVerb, RunsTheModulesCommandWhateverItsCase) {
         EXPECT_THAT(run.out, AllOf(Not(IsEmpty()), EndsWith("\n")));
         EXPECT_THAT(run.err, IsEmpty());
     }
+}
+
+TEST(RunVerb, TheCommandTestTellsOfEachMissingDrawingAndCountsTheOthers) {
+    const Station station;
+    const fs::path folder = InstallationWithoutPlugin(station);
+    fs::create_symlink(fs::path(ZEBX_BUILD_DIR) / "lib/zebx/ZEBXRepositoryClient.arx",
+                       folder / "ZEBXRepositoryClient.arx");
+    Write(folder / "assemblyElements/a.dwg", "drawing");
+    Write(station.Support() / "Catalogues.xml",
+          "<catalogues><catalogue reference=\"ASSEMBLYSCHEMES_CATALOG\"/></catalogues>");
+    Write(station.Support() / "Catalogues/ASSEMBLYSCHEMES_CATALOG.xml",
+          "<catalogue><item guid=\"1\" name=\"Shema\">"
+          "<property name=\"AS_BLOCK1\" type=\"text\" value=\"a.dwg\"/>"
+          "<property name=\"AS_BLOCK6\" type=\"text\" value=\"čvor.dwg\"/></item></catalogue>");
+    const Ended run = station.Zebx({"run", "test", "--install", folder.string()});
+    EXPECT_EQ(run.status, 0) << run;
+    std::string missing = (folder / "assemblyElements/čvor.dwg").string();
+    std::replace(missing.begin(), missing.end(), '/', '\\');
+    EXPECT_EQ(run.out, "\nFali " + missing + "\ntotal blocks = 1\n");
+}
+
+TEST(RunVerb, TheCommandTestSaysThatItsCatalogueIsNotDeclared) {
+    const Ended run = Station().Zebx({"run", "test"});
+    EXPECT_EQ(run.status, 0) << run;
+    EXPECT_THAT(run.out, HasSubstr("\"ASSEMBLYSCHEMES_CATALOG\""));
+    EXPECT_THAT(run.out, Not(HasSubstr("total blocks")));
 }
 
 TEST(RunVerb, AnUnknownCommandIsAUsageErrorThatListsTheKnownOnes) {

@@ -3,9 +3,7 @@
 #include "client/manager/Installation.h"
 #include "client/manager/ScriptedPlugin.h"
 
-#include "ZEBXGisCore/ModuleConfiguration.h"
 #include "platform/host/CommandRegistry.h"
-#include "platform/host/Prompt.h"
 #include "platform/os/Module.h"
 
 #include <gtest/gtest.h>
@@ -17,10 +15,7 @@ namespace {
 
 class ClientModule : public testing::Test {
 protected:
-    ~ClientModule() override {
-        Send(HostMessage::Unload);
-        Platform::SetPromptWriter({});
-    }
+    ~ClientModule() override { Send(HostMessage::Unload); }
 
     HostResult Send(HostMessage message) const {
         return m_entry ? m_entry(message, nullptr) : HostResult::Error;
@@ -102,20 +97,4 @@ TEST_F(ClientModule, BuildsNoStorageManagerAtLoad) {
 
     EXPECT_EQ(steps, 0);
     setScript(nullptr);
-}
-
-TEST_F(ClientModule, SaysThatItsCommandCheckedNothingWithoutTheCatalogueLibrary) {
-    Send(HostMessage::Load);
-    std::vector<CString> printed;
-    Platform::SetPromptWriter([&](CStringView text) { printed.emplace_back(text); });
-    const auto* configuration = ZEBGis::CModuleConfiguration::Instance();
-
-    for (const char* language : {"en", "hr"}) {
-        installation.Set("ZEBX_LANGUAGE", language);
-        printed.clear();
-        Registry().Find(u"test")->handler();
-
-        EXPECT_EQ(printed, std::vector<CString>{u"\n" + configuration->GetMsg(22001)});
-        EXPECT_NE(printed.front().find(u"ZEBXNetworkCore"), CString::npos);
-    }
 }
