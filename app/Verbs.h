@@ -79,6 +79,7 @@ ExitStatus RunDiff(Session& session, const Invocation& invocation);
 ExitStatus RunLog(Session& session, const Invocation& invocation);
 ExitStatus RunDoctor(Session& session, const Invocation& invocation);
 ExitStatus RunRepoCheck(Session& session, const Invocation& invocation);
+ExitStatus RunItems(Session& session, const Invocation& invocation);
 ExitStatus RunLs(Session& session, const Invocation& invocation);
 ExitStatus RunCommand(Session& session, const Invocation& invocation);
 ExitStatus RunConfigShow(Session& session, const Invocation& invocation);

@@ -4,6 +4,7 @@
 #include "app/Selection.h"
 #include "app/Verbs.h"
 
+#include "ZEBXGisCore/RepositoryManager.h"
 #include "platform/text/Utf8.h"
 
 #include <algorithm>
@@ -84,7 +85,7 @@ std::vector<std::string> Selections() {
 std::string VerbsThatSelect() {
     std::vector<std::string> names;
     for (const Verb& verb : Verbs()) {
-        if (verb.words == Words::Any)
+        if (std::string_view(verb.wordsName).starts_with("[SELECTION"))
             names.emplace_back(verb.name);
     }
     return Joined(names, " | ");
@@ -106,6 +107,14 @@ std::string OptionBranches() {
                         Joined(NamesOf(verb.options), " ") + "\" ;;\n";
     }
     return branches;
+}
+
+std::string Tags() {
+    std::vector<std::string> tags;
+    auto& definitions = *ZEBGis::CRepositoryManager::Instance();
+    for (const auto& [tag, factory] : definitions.GetRepositoryFactories())
+        tags.push_back(Platform::ToUtf8(tag));
+    return Joined(tags, " ");
 }
 
 } // namespace
@@ -165,6 +174,18 @@ _zebx() {
             COMPREPLY=($(compgen -W ")" +
            Joined(Selections(), " ") + R"(" -- "$cur"))
             __ltrim_colon_completions "$cur"
+            ;;
+        items)
+            case $prev in
+                items) COMPREPLY=($(compgen -W ")" +
+           Tags() + R"(" -- "$cur")) ;;
+                add) _filedir ;;
+                list | show | rename | delete) ;;
+                *)
+                    [ "${words[cword - 2]}" = items ] &&
+                        COMPREPLY=($(compgen -W "list show add rename delete" -- "$cur"))
+                    ;;
+            esac
             ;;
         connect)
             if [[ $cur == sqlite:* ]]; then
