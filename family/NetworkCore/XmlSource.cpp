@@ -60,8 +60,6 @@ struct SourceCheck : pugi::xml_tree_walker {
     bool for_each(pugi::xml_node& node) override {
         if (depth() > kMostDepth)
             Fail(node, CatalogueText(CatalogueMessage::TooDeep, {Platform::ToText(kMostLevels)}));
-        if (node.type() == pugi::node_doctype)
-            Fail(node, CatalogueText(CatalogueMessage::HasDoctype));
         if (node.type() == pugi::node_declaration && node.previous_sibling())
             Fail(node, CatalogueText(CatalogueMessage::NotWellFormed));
         std::string name;
@@ -79,6 +77,7 @@ struct SourceCheck : pugi::xml_tree_walker {
 XmlSource::XmlSource(CString name, std::string utf8)
     : m_name(std::move(name)), m_utf8(std::move(utf8)) {
     CheckReferences();
+    CheckMarkup();
     Parse();
     SourceCheck check(*this);
     m_document.traverse(check);
@@ -97,6 +96,42 @@ void XmlSource::CheckReferences() const {
         if (!IsGoodReference(text.substr(2, text.size() - 3)))
             FailAt(at, CatalogueText(CatalogueMessage::BadReference, {Platform::FromUtf8(text)}));
     }
+}
+
+// The parser takes everything up to the next quote for a value, also whole elements.
+void XmlSource::CheckMarkup() const {
+    for (std::size_t at = m_utf8.find('<'); at != std::string::npos; at = m_utf8.find('<', at))
+        at = EndOfMarkup(at);
+}
+
+// Behind what begins with the "<" at `start`; the end of the text where its own is missing,
+// which the parser tells.
+std::size_t XmlSource::EndOfMarkup(std::size_t start) const {
+    constexpr std::pair<std::string_view, std::string_view> kKinds[] = {
+        {"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}};
+    const std::string_view markup = std::string_view(m_utf8).substr(start);
+    for (const auto& [begin, end] : kKinds)
+        if (markup.starts_with(begin))
+            return std::min(m_utf8.find(end, start + begin.size()), m_utf8.size());
+    if (markup.starts_with("<!DOCTYPE"))
+        FailAt(start, CatalogueText(CatalogueMessage::HasDoctype));
+    return EndOfTag(start);
+}
+
+std::size_t XmlSource::EndOfTag(std::size_t start) const {
+    std::size_t at = start + 1;
+    while ((at = std::min(m_utf8.find_first_of("<>\"'", at), m_utf8.size())) < m_utf8.size()) {
+        const char mark = m_utf8[at];
+        if (mark == '>')
+            return at;
+        const std::size_t end = mark == '<' ? at : m_utf8.find_first_of({mark, '<'}, at + 1);
+        if (end == std::string::npos)
+            return m_utf8.size();
+        if (m_utf8[end] == '<')
+            FailAt(end, CatalogueText(CatalogueMessage::NotWellFormed));
+        at = end + 1;
+    }
+    return at;
 }
 
 void XmlSource::Parse() {

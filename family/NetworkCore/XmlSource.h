@@ -15,7 +15,8 @@ class XmlSource {
 public:
     // `name` is what messages call the text, a path for instance.  Throws CatalogueError:
     // a text that is no XML or ends in the middle, a document type declaration, an attribute
-    // twice in one element, a reference to what is no character of XML, anything but comments
+    // twice in one element, a "<" in one (a quote is missing, mostly), a reference to what is no
+    // character of XML, anything but comments
     // and instructions beside the one outermost element, elements nested very deep.
     XmlSource(CString name, std::string utf8);
 
@@ -34,6 +35,9 @@ private:
     [[noreturn]] void FailAt(std::size_t offset, CStringView reason) const;
     std::int64_t LineAt(std::size_t offset) const;
     void CheckReferences() const;
+    void CheckMarkup() const;
+    std::size_t EndOfMarkup(std::size_t start) const;
+    std::size_t EndOfTag(std::size_t start) const;
     void Parse();
     void CheckTopLevel() const;
 

@@ -90,6 +90,15 @@ TEST_F(CatalogueProblems, AFileThatIsNoCatalogue) {
     ExpectRefused(InCatalogue("<item guid='a' name='x&#xFFFE;y'/>"), {"line 3", "&#xFFFE;"});
 }
 
+TEST_F(CatalogueProblems, AQuoteThatIsMissing) {
+    ExpectRefused(InCatalogue("<item guid='a' name='n>\n<item guid='b'/></item>"), {"line 4"});
+    ExpectRefused(InCatalogue("<item guid='a' name='n'>\n<property name=\"p\" value=\"1/>"
+                              "\n<property name=\" value=\"2\"/></item>"),
+                  {"line 5", "no well-formed XML"});
+    EXPECT_TRUE(Load(InCatalogue("<!-- 'a' < \"b --><?tool <x> \"?><a><![CDATA[<'>]]></a>"
+                                 "<item guid='a' name='>\"'/>")));
+}
+
 TEST_F(CatalogueProblems, BytesThatAreNoText) {
     ExpectRefused(InCatalogue("<item guid='a' name='\xE8'/>"), {"byte ", "line 3", "UTF-8"});
     ExpectRefused("<?xml version=\"1.0\" encoding=\"KOI8-R\"?><catalogue/>", {"\"KOI8-R\""});
