@@ -3,8 +3,8 @@
 // definition leaves every other byte where it stands.
 #include "Target.h"
 
-#include "DefinitionItem.h"
-#include "DefinitionsText.h"
+#include "family/GisCore/DefinitionItem.h"
+#include "family/GisCore/DefinitionsText.h"
 
 using namespace Fuzz;
 using ZEBGis::DefinitionsText;
