@@ -1,49 +1,34 @@
 // SPDX-License-Identifier: MIT
 #include "storage/NameCheck.h"
 
-#include "platform/text/CaseFold.h"
-#include "platform/text/Utf8.h"
-
-#include <algorithm>
-#include <array>
+#include "platform/os/FileName.h"
 
 namespace Storage {
-namespace {
-
-constexpr std::size_t kMaxNameBytes = 255;
-
-// Some systems read these as devices, whatever stands behind the first dot.
-bool IsReserved(CStringView name) {
-    constexpr std::array<CStringView, 4> kDevices = {u"con", u"prn", u"aux", u"nul"};
-    CString stem = Platform::FoldCase(name.substr(0, name.find(u'.')));
-    stem.erase(stem.find_last_not_of(u' ') + 1);
-    if (std::find(kDevices.begin(), kDevices.end(), stem) != kDevices.end())
-        return true;
-    const CStringView port = CStringView(stem).substr(0, 3);
-    return stem.size() == 4 && (port == u"com" || port == u"lpt") && stem[3] >= u'1' &&
-           stem[3] <= u'9';
-}
-
-} // namespace
 
 std::optional<MessageNumber> CheckName(CStringView name) {
-    if (name.empty())
+    using Platform::FileNameFault;
+    const auto fault = Platform::FaultOfFileName(name);
+    if (!fault)
+        return std::nullopt;
+    switch (*fault) {
+    case FileNameFault::Empty:
         return MessageNumber::NameEmpty;
-    if (name == u"." || name == u"..")
+    case FileNameFault::IsFolder:
         return MessageNumber::NameIsFolder;
-    if (name.find_first_of(u"/\\") != CStringView::npos)
+    case FileNameFault::Separator:
         return MessageNumber::NameSeparator;
-    if (name.find(u':') != CStringView::npos)
+    case FileNameFault::Colon:
         return MessageNumber::NameColon;
-    if (std::any_of(name.begin(), name.end(), [](char16_t c) { return c < 32 || c == 127; }))
+    case FileNameFault::Control:
         return MessageNumber::NameControl;
-    if (!Platform::IsWellFormed(name))
+    case FileNameFault::NotText:
         return MessageNumber::NameNotText;
-    if (Platform::ToUtf8(name).size() > kMaxNameBytes)
+    case FileNameFault::TooLong:
         return MessageNumber::NameTooLong;
-    if (IsReserved(name))
-        return MessageNumber::NameReserved;
-    return std::nullopt;
+    case FileNameFault::Reserved:
+        break;
+    }
+    return MessageNumber::NameReserved;
 }
 
 } // namespace Storage
