@@ -56,6 +56,19 @@ Problem Administration::List(std::vector<StoredFile>& files, std::vector<StoredG
     return problem;
 }
 
+Problem Administration::ListItems(std::vector<StoredItem>& catalogueItems,
+                                  std::vector<StoredItem>& definitions, CString& problemText) {
+    catalogueItems.clear();
+    definitions.clear();
+    const Problem problem =
+        Try(problemText, [&] { m_access->Use().ListItems(catalogueItems, definitions); });
+    if (problem != Problem::None) {
+        catalogueItems.clear();
+        definitions.clear();
+    }
+    return problem;
+}
+
 Problem Administration::Revisions(std::int64_t before, std::size_t count,
                                   std::vector<RevisionEntry>& revisions, CString& problemText) {
     revisions.clear();

@@ -73,6 +73,7 @@ public:
     // Fills in what the repository itself knows of its state.
     void ReadState(RepositoryState& state);
     void List(std::vector<StoredFile>& files, std::vector<StoredGS>& settings);
+    void ListItems(std::vector<StoredItem>& catalogueItems, std::vector<StoredItem>& definitions);
     // See RepositoryAdministration.
     std::vector<RevisionEntry> Revisions(std::int64_t before, std::size_t count);
     // Throws Refused with a message for each file that AddFiles would refuse.

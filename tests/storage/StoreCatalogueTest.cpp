@@ -169,5 +169,30 @@ TEST_P(StoreCatalogue, RefusedItemsLeaveNothing) {
     EXPECT_EQ(Revision(), 0);
 }
 
+TEST_P(StoreCatalogue, AreListedByTagAndParentInOrderOfArrival) {
+    Add(u"z");
+    Add(u"b", u"z");
+    Add(u"a", u"z");
+    store->AddCatalogueItem(*MakeItem(u"y", u"", u"Cijev", {MakeFile(u"b.dwg", "1")}));
+    store->DeleteCatalogueItem(u"PIPES", u"a");
+    std::vector<StoredItem> items;
+    std::vector<StoredItem> definitions;
+    store->ListItems(items, definitions);
+    ASSERT_EQ(items.size(), 3U);
+    EXPECT_EQ(items[0].id, u"z");
+    EXPECT_EQ(items[1].id, u"y");
+    EXPECT_EQ(items[2].id, u"b");
+    EXPECT_EQ(items[2].parentId, u"z");
+    const StoredItem& pipe = items[1];
+    EXPECT_EQ(pipe.tag, u"PIPES");
+    EXPECT_EQ(pipe.name, u"Cijev");
+    EXPECT_TRUE(pipe.isGroup);
+    EXPECT_EQ(pipe.sizeBytes, 34); // the letter outside ASCII has two bytes
+    EXPECT_EQ(pipe.files, 1);
+    EXPECT_EQ(pipe.revision, 4);
+    EXPECT_FALSE(pipe.time.empty());
+    EXPECT_THAT(definitions, IsEmpty());
+}
+
 } // namespace
 } // namespace Storage

@@ -192,5 +192,22 @@ TEST_P(StoreItems, AFileThatMayNotBeGivenOutIsLeftOutAndToldAndTheRestComes) {
     EXPECT_EQ(leftOut[2].Messages()[0].number, MessageNumber::NameDiffersByCase);
 }
 
+TEST_P(StoreItems, AreListedByTagInOrderOfArrival) {
+    Add(MakeItem(u"b"));
+    Add(MakeItem(u"a", u"Čvor", {MakeFile(u"b.dwg", "1")}));
+    Add(MakeItem(u"x"), u"A_TAG");
+    std::vector<StoredItem> catalogueItems;
+    std::vector<StoredItem> items;
+    store->ListItems(catalogueItems, items);
+    EXPECT_THAT(catalogueItems, IsEmpty());
+    ASSERT_EQ(items.size(), 3U);
+    EXPECT_EQ(items[0].tag, u"A_TAG");
+    EXPECT_EQ(items[1].id, u"b");
+    EXPECT_EQ(items[2].id, u"a");
+    EXPECT_EQ(items[2].name, u"Čvor");
+    EXPECT_EQ(items[2].files, 1);
+    EXPECT_FALSE(items[2].isGroup);
+}
+
 } // namespace
 } // namespace Storage

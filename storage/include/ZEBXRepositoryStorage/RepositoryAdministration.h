@@ -70,6 +70,19 @@ struct StoredGS {
     CString time;
 };
 
+// One item of a catalogue, or one definition.
+struct StoredItem {
+    CString tag; // of the catalogue or of the definition repository
+    CString id;
+    CString parentId; // empty: the top level, and every definition
+    bool isGroup = false;
+    CString name;
+    std::int64_t sizeBytes = 0; // of its text's UTF-8 form
+    std::int64_t files = 0;     // that travel with it
+    std::int64_t revision = 0;  // since which it stands
+    CString time;               // UTC
+};
+
 // One revision: a write that changed something.
 struct RevisionEntry {
     std::int64_t number = 0;
@@ -120,6 +133,11 @@ public:
     // by case-folded name.  On failure the lists are empty.
     virtual Problem List(std::vector<StoredFile>& files, std::vector<StoredGS>& settings,
                          CString& problemText) = 0;
+
+    // The items of every catalogue and every definition, as of one moment: by tag, those of a
+    // catalogue by parent, in order of arrival.  On failure the lists are empty.
+    virtual Problem ListItems(std::vector<StoredItem>& catalogueItems,
+                              std::vector<StoredItem>& definitions, CString& problemText) = 0;
 
     // The revisions below `before` (0: from the newest), newest first, at most `count`.  On
     // failure the list is empty.
