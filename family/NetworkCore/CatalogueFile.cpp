@@ -4,6 +4,7 @@
 #include "CatalogueXml.h"
 
 #include "ZEBXGisCore/XmlFile.h"
+#include "platform/os/File.h"
 #include "platform/os/Path.h"
 #include "platform/text/CaseFold.h"
 #include "platform/text/Utf8.h"
@@ -56,6 +57,9 @@ void WriteCatalogueFile(CStringView support, CStringView reference, const CCatal
                         bool keepPrevious) {
     const CString stem = PathOf(support, reference);
     const CString path = CString(stem).append(kFile);
+    // A file for nothing would only say that there is nothing.
+    if (catalog.GetItemCount() == 0 && !Platform::PathExists(path))
+        return;
     const CString text = CatalogueXml::TextOf(catalog, reference);
     if (const CString reason = ReasonWhy(catalog, text); !reason.empty())
         throw CatalogueError{CatalogueText(CatalogueMessage::NotWritten, {Shown(path), reason})};

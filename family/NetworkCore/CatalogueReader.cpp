@@ -76,9 +76,7 @@ private:
 };
 
 void CatalogueReader::Fail(const pugi::xml_node& item, CStringView reason) const {
-    throw CatalogueError{CatalogueText(CatalogueMessage::AtItem,
-                                       {m_source.Name(), Platform::ToText(m_source.LineOf(item)),
-                                        Attribute(item, "name"), Attribute(item, "guid"), reason})};
+    throw CatalogueError{m_source.ProblemAtItem(item, reason)};
 }
 
 void CatalogueReader::FailTooDeep(const pugi::xml_node& item) const {

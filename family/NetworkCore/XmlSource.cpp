@@ -21,9 +21,12 @@ constexpr int kMostDepth = 2 * kMostLevels;
 // Everything is kept, also blanks: they count inside the elements of other tools.
 constexpr unsigned kParse = pugi::parse_full | pugi::parse_ws_pcdata | pugi::parse_fragment;
 
-// Whether the reference, from its "&#" to before its ";", names a character of XML.  What is
-// no reference at all is text.
-bool IsGoodReference(std::string_view digits) {
+// Good: a character of XML, or no reference at all but text.  Foreign: a character that XML does
+// not have.  Unreadable: what the parser would take for the end of the text, or for nothing.
+enum class Reference { Good, Foreign, Unreadable };
+
+// What the reference stands for, from its "&#" to before its ";".
+Reference Classify(std::string_view digits) {
     const int base = digits.starts_with('x') ? 16 : 10;
     if (base == 16)
         digits.remove_prefix(1);
@@ -31,13 +34,21 @@ bool IsGoodReference(std::string_view digits) {
     const auto [end, error] =
         std::from_chars(digits.data(), digits.data() + digits.size(), codePoint, base);
     if (end == digits.data() || end != digits.data() + digits.size())
-        return true;
+        return Reference::Good;
     if (error != std::errc() || codePoint == 0 || codePoint > 0x10FFFF)
-        return false;
+        return Reference::Unreadable;
     CString character;
     if (codePoint < 0x10000)
         character = static_cast<char16_t>(codePoint);
-    return TextProblem(character).empty();
+    return TextProblem(character).empty() ? Reference::Good : Reference::Foreign;
+}
+
+CString TextProblemOf(const pugi::xml_node& node) {
+    CString problem = TextProblem(Platform::FromUtf8(node.value()));
+    for (const pugi::xml_attribute& attribute : node.attributes())
+        if (problem.empty())
+            problem = TextProblem(Platform::FromUtf8(attribute.value()));
+    return problem;
 }
 
 bool HasAttributeTwice(const pugi::xml_node& node, std::string& name) {
@@ -62,12 +73,19 @@ struct SourceCheck : pugi::xml_tree_walker {
             Fail(node, CatalogueText(CatalogueMessage::TooDeep, {Platform::ToText(kMostLevels)}));
         if (node.type() == pugi::node_declaration && node.previous_sibling())
             Fail(node, CatalogueText(CatalogueMessage::NotWellFormed));
+        // Characters can come in by references alone: the text itself was read as text.
+        if (source.m_hasForeign)
+            if (const CString problem = TextProblemOf(node); !problem.empty())
+                Fail(node, problem);
         std::string name;
         if (HasAttributeTwice(node, name))
             Fail(node, CatalogueText(CatalogueMessage::AttributeTwice, {Platform::FromUtf8(name)}));
         return true;
     }
     [[noreturn]] void Fail(const pugi::xml_node& node, CStringView reason) const {
+        for (pugi::xml_node item = node; item; item = item.parent())
+            if (std::string_view(item.name()) == "item")
+                throw CatalogueError{source.ProblemAtItem(item, reason)};
         throw CatalogueError{source.ProblemAt(node, reason)};
     }
 
@@ -84,16 +102,17 @@ XmlSource::XmlSource(CString name, std::string utf8)
     CheckTopLevel();
 }
 
-// The parser would take a reference to NUL for the end of the text.  It is not asked whether
-// the reference stands in a comment, where it means nothing.
-void XmlSource::CheckReferences() const {
+// It is not asked whether a reference stands in a comment, where it means nothing.
+void XmlSource::CheckReferences() {
     for (std::size_t at = m_utf8.find("&#"); at != std::string::npos;
          at = m_utf8.find("&#", at + 2)) {
         const std::size_t end = m_utf8.find_first_of(";&<\"'", at + 2);
         if (end == std::string::npos || m_utf8[end] != ';')
             continue;
         const std::string_view text = std::string_view(m_utf8).substr(at, end + 1 - at);
-        if (!IsGoodReference(text.substr(2, text.size() - 3)))
+        const Reference reference = Classify(text.substr(2, text.size() - 3));
+        m_hasForeign = m_hasForeign || reference == Reference::Foreign;
+        if (reference == Reference::Unreadable)
             FailAt(at, CatalogueText(CatalogueMessage::BadReference, {Platform::FromUtf8(text)}));
     }
 }
@@ -176,6 +195,13 @@ std::int64_t XmlSource::LineOf(const pugi::xml_node& node) const {
 CString XmlSource::ProblemAt(const pugi::xml_node& node, CStringView reason) const {
     return CatalogueText(CatalogueMessage::AtLine,
                          {m_name, Platform::ToText(LineOf(node)), reason});
+}
+
+CString XmlSource::ProblemAtItem(const pugi::xml_node& item, CStringView reason) const {
+    return CatalogueText(CatalogueMessage::AtItem,
+                         {m_name, Platform::ToText(LineOf(item)),
+                          Platform::FromUtf8(item.attribute("name").value()),
+                          Platform::FromUtf8(item.attribute("guid").value()), reason});
 }
 
 void XmlSource::FailAt(std::size_t offset, CStringView reason) const {

@@ -28,13 +28,14 @@ public:
     std::int64_t LineOf(const pugi::xml_node& node) const;
     // "source, line, reason".
     CString ProblemAt(const pugi::xml_node& node, CStringView reason) const;
-    const CString& Name() const { return m_name; }
+    // "source, line, item, GUID, reason".
+    CString ProblemAtItem(const pugi::xml_node& item, CStringView reason) const;
 
 private:
     friend struct SourceCheck;
     [[noreturn]] void FailAt(std::size_t offset, CStringView reason) const;
     std::int64_t LineAt(std::size_t offset) const;
-    void CheckReferences() const;
+    void CheckReferences();
     void CheckMarkup() const;
     std::size_t EndOfMarkup(std::size_t start) const;
     std::size_t EndOfTag(std::size_t start) const;
@@ -43,6 +44,7 @@ private:
 
     CString m_name;
     std::string m_utf8;
+    bool m_hasForeign = false; // a reference to what is no character of XML
     pugi::xml_document m_document;
 };
 

@@ -37,7 +37,8 @@ public:
 
     // Writes the catalogue to its file, whole or not at all.  `keepPrevious` non-zero: what
     // the file held before is kept beside it as <reference>.previous.xml.  `reserved` has no
-    // effect.  Text that is in the file already is not written again.  0 when there is no such
+    // effect.  Text that is in the file already is not written again, and for a catalogue without
+    // items no file is made.  0 when there is no such
     // catalogue in memory or it could not be written, and then the file stands as it was and
     // GetProblem says why.
     int Save(const char16_t* reference, int keepPrevious, int reserved);
