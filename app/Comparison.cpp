@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "app/Comparison.h"
 
+#include "app/CatalogueFiles.h"
+#include "app/Catalogues.h"
+#include "app/ItemComparison.h"
 #include "app/MovedKinds.h"
 #include "app/Print.h"
 #include "app/StoredContent.h"
@@ -9,10 +12,12 @@
 
 #include "ZEBXGisCore/ModuleConfiguration.h"
 #include "ZEBXWorkspaceCore/WsManager.h"
+#include "platform/os/File.h"
 #include "platform/text/CaseFold.h"
 #include "platform/text/Utf8.h"
 
 #include <algorithm>
+#include <iterator>
 #include <map>
 #include <set>
 
@@ -139,6 +144,34 @@ ComparedKind CompareSettings(const StoredContents& stored, const MovedKind& kind
     return comparison.Finish();
 }
 
+// The files that items name and that are there; each item is a kind of its own, because two
+// items may bring the same file.
+std::vector<Storage::NamedFile> FilesOfCatalogues(const std::optional<CString>& reference) {
+    std::vector<Storage::NamedFile> files;
+    auto& catalogues = *ZEBGis::Data::CCatalogManager::Instance();
+    for (const auto& metadata : CataloguesOf(reference)) {
+        const auto catalogue =
+            catalogues.GetCatalog(metadata->GetCatalogReference().c_str(), /*load*/ 1);
+        if (!catalogue || metadata->GetFileProperties().empty())
+            continue; // one that cannot be read is told when it is its turn
+        LookAtItems(*catalogue, [&](const ZEBGis::Data::CCatalogItem& item) {
+            LookAtFileNames(*metadata, item, [&](const CString& name, const CString&) {
+                const auto sizeBytes = Platform::FileSize(metadata->GetFilesFolder() + name);
+                files.push_back({metadata->GetCatalogReference() + u"/" + item.GetGUID(), name,
+                                 sizeBytes.value_or(0)});
+            });
+        });
+    }
+    return files;
+}
+
+std::vector<ComparedKind> CompareItems(const OpenStorage& storage, const Selected& selected,
+                                       bool& isWhole) {
+    return selected.group == Group::Catalogues
+               ? CompareCatalogues(storage, selected.name, isWhole)
+               : CompareDefinitions(storage, selected.name, isWhole);
+}
+
 } // namespace
 
 Comparison Compare(const OpenStorage& storage, const std::vector<Selected>& selection,
@@ -155,6 +188,11 @@ Comparison Compare(const OpenStorage& storage, const std::vector<Selected>& sele
         comparison.kinds.push_back(kind.group == Group::GS
                                        ? CompareSettings(stored, kind, purpose, isWhole)
                                        : CompareFiles(stored, kind, purpose, isWhole));
+    for (const Selected& selected : selection) {
+        if (HoldsItems(selected.group))
+            std::ranges::move(CompareItems(storage, selected, isWhole),
+                              std::back_inserter(comparison.kinds));
+    }
     if (!storage.manager.IsRepositoryAccessible())
         throw AppError(ExitStatus::NotReachable, Text(Message::NotListed));
     const auto problem =
@@ -180,6 +218,10 @@ void CheckWhatWouldBeSent(const OpenStorage& storage, const std::vector<Selected
             if (const auto sizeBytes = file.SizeBytes())
                 files.push_back({kind.name, file.Name(), *sizeBytes});
         }
+    }
+    for (const Selected& selected : selection) {
+        if (selected.group == Group::Catalogues)
+            std::ranges::move(FilesOfCatalogues(selected.name), std::back_inserter(files));
     }
     CString problemText;
     const Storage::Problem problem = administration->CheckNames(files, problemText);

@@ -19,7 +19,7 @@ enum class Difference {
 };
 
 struct ComparedFile {
-    CString name; // the repository's where it has one; empty for a general-settings text
+    CString name; // the repository's where it has one; an item's; empty for a GS text
     Difference difference = Difference::Same;
     std::int64_t bytesHere = 0;
     std::int64_t bytesThere = 0;
@@ -27,7 +27,7 @@ struct ComparedFile {
 
 struct ComparedKind {
     Group group = Group::FOC;
-    CString name;                    // the kind's identifier or the general settings' name
+    CString name;                    // the kind's identifier, the general settings' name or the tag
     std::vector<ComparedFile> files; // the repository's in its order, then those only here
 };
 
@@ -39,7 +39,7 @@ enum class Purpose {
 };
 
 struct Comparison {
-    std::vector<ComparedKind> kinds; // in the order foc, ncf, gs
+    std::vector<ComparedKind> kinds; // in the order foc, ncf, gs, catalogues, items
     // That of the first problem: something here or there could not be read, was told in the
     // workspace log and counts as not being there.
     ExitStatus status = ExitStatus::Done;

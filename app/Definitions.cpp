@@ -4,6 +4,7 @@
 #include "app/Suggest.h"
 #include "app/Texts.h"
 
+#include "platform/host/FileSteps.h"
 #include "platform/text/Numbers.h"
 
 #include <algorithm>
@@ -12,6 +13,7 @@ namespace App {
 namespace {
 
 using namespace ZEBGis::Workspace;
+using Platform::FileStep;
 using ZEBGis::CRepositoryFactory;
 using ZEBGis::CRepositoryItem;
 using Manager = Repository::CRepositoryStorageManager;
@@ -63,8 +65,8 @@ public:
             if (i > 0 && !m_manager.IsRepositoryAccessible())
                 return Fail(Message::DefinitionsNotSent);
             CRepositoryItem* const item = items.GetAt(i);
-            Count(m_manager.AddRepositoryItem(m_tag.c_str(), item) != 0, Message::ItemNotSent,
-                  *item);
+            Count(m_manager.AddRepositoryItem(m_tag.c_str(), item) != 0, FileStep::ItemSent,
+                  Message::ItemNotSent, *item);
         }
         return Tell(Message::DefinitionsSent, Message::DefinitionsNotSent);
     }
@@ -82,7 +84,7 @@ public:
             // Half of a tag's definitions are not written.
             if (!m_manager.IsRepositoryAccessible())
                 return Fail(Message::DefinitionsNotFetched);
-            Count(local != nullptr, Message::ItemNotFetched, *item);
+            Count(local != nullptr, FileStep::ItemLoaded, Message::ItemNotFetched, *item);
             if (local)
                 fetched.push_back(std::move(local));
         }
@@ -109,9 +111,11 @@ private:
         return written ? CString() : problem;
     }
 
-    void Count(bool moved, Message refusal, const CRepositoryItem& item) {
+    void Count(bool moved, FileStep step, Message refusal, const CRepositoryItem& item) {
         ++(moved ? m_moved : m_refused);
-        if (!moved)
+        if (moved)
+            Platform::TellFileStep(step);
+        else
             Log(MessageFailure, Text(refusal, {m_name, item.GetId(), item.GetName()}));
     }
 

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "app/Listing.h"
 
+#include "app/StoredCatalogue.h"
 #include "app/Texts.h"
 
+#include "ZEBXGisCore/RepositoryManager.h"
+#include "ZEBXNetworkCore/CatalogManager.h"
 #include "platform/text/CaseFold.h"
 #include "platform/text/Utf8.h"
 
@@ -16,11 +19,22 @@ void SortByGroup(std::vector<StoredEntry>& entries) {
     std::ranges::stable_sort(entries, {}, &StoredEntry::group);
 }
 
+void AddItems(Group group, const std::vector<Storage::StoredItem>& items,
+              std::vector<StoredEntry>& entries) {
+    for (const auto& item : items)
+        entries.push_back(
+            {group, item.tag, true, item.name, item.sizeBytes, item.revision, item.time, item.id});
+}
+
 std::vector<StoredEntry> ListByAdministration(Storage::RepositoryAdministration& administration) {
     std::vector<Storage::StoredFile> files;
     std::vector<Storage::StoredGS> settings;
     CString problemText;
-    const Storage::Problem problem = administration.List(files, settings, problemText);
+    std::vector<Storage::StoredItem> catalogueItems;
+    std::vector<Storage::StoredItem> definitions;
+    Storage::Problem problem = administration.List(files, settings, problemText);
+    if (problem == Storage::Problem::None)
+        problem = administration.ListItems(catalogueItems, definitions, problemText);
     if (problem != Storage::Problem::None)
         throw AppError(StatusOf(problem), problemText);
     std::vector<StoredEntry> entries;
@@ -30,7 +44,44 @@ std::vector<StoredEntry> ListByAdministration(Storage::RepositoryAdministration&
                            file.time});
     for (const auto& gs : settings)
         entries.push_back({Group::GS, gs.name, true, {}, gs.sizeBytes, gs.revision, gs.time});
+    AddItems(Group::Catalogues, catalogueItems, entries);
+    AddItems(Group::Items, definitions, entries);
     return entries;
+}
+
+std::int64_t SizeOf(const CString& text) {
+    return static_cast<std::int64_t>(Platform::ToUtf8(text).size());
+}
+
+// A backend alone tells nothing of catalogues and tags that this workstation does not know.
+void ListItems(const OpenStorage& storage, std::vector<StoredEntry>& entries) {
+    for (const auto& metadata : ZEBGis::Data::CCatalogManager::Instance()->GetCatalogRegistry()) {
+        const CString tag = metadata->GetCatalogReference();
+        LookAtStoredCatalogue(storage, tag, {}, [&](const StoredCatalogueItem& item, std::size_t) {
+            entries.push_back({Group::Catalogues,
+                               tag,
+                               true,
+                               item->GetName(),
+                               SizeOf(item->GetItemContent()),
+                               0,
+                               {},
+                               item->GetCatalogueId()});
+        });
+    }
+    for (const auto& [tag, factory] :
+         ZEBGis::CRepositoryManager::Instance()->GetRepositoryFactories()) {
+        std::vector<boost::shared_ptr<Repository::CNetRepositoryItem>> items;
+        storage.Backend().GetRepositoryItems(tag.c_str(), items);
+        for (const auto& item : items)
+            entries.push_back({Group::Items,
+                               tag,
+                               true,
+                               item->GetName(),
+                               SizeOf(item->GetConfigurationXML()),
+                               0,
+                               {},
+                               item->GetId()});
+    }
 }
 
 void ListKind(Repository::StorageBackend& backend, Group group, const CString& kind,
@@ -70,14 +121,9 @@ std::vector<StoredEntry> ListByBackend(const OpenStorage& storage) {
         CString xml;
         std::vector<CString> fileIds;
         if (backend.LoadGS(xml, fileIds, name.c_str()))
-            entries.push_back({Group::GS,
-                               name,
-                               true,
-                               {},
-                               static_cast<std::int64_t>(Platform::ToUtf8(xml).size()),
-                               0,
-                               {}});
+            entries.push_back({Group::GS, name, true, {}, SizeOf(xml), 0, {}});
     }
+    ListItems(storage, entries);
     return entries;
 }
 

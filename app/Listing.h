@@ -13,17 +13,19 @@ namespace App {
 
 struct StoredEntry {
     Group group = Group::FOC;
-    CString kind;       // the kind's identifier, or the general settings' name
+    CString kind;       // the kind's identifier, the general settings' name, or the tag
     bool isFile = true; // false: a kind without files
-    CString file;       // empty for general settings
+    CString file;       // or the item's name; empty for general settings
     std::int64_t sizeBytes = 0;
     std::int64_t revision = 0; // 0: not known
     CString time;              // UTC; empty: not known
+    CString itemId = {};       // of an item
 };
 
-// By group in the order foc, ncf, gs; in each as the storage gives them: by kind, then by
-// file.  Throws AppError when it cannot be listed.  Without an administration every file
-// is fetched, since the backend tells nothing of a file but the file.
+// By group in the order foc, ncf, gs, catalogues, items; in each as the storage gives them: by
+// kind or tag, then by file, or in the order in which items arrived.  Throws AppError when it
+// cannot be listed.  Without an administration every file is fetched, since the backend tells
+// nothing of a file but the file.
 std::vector<StoredEntry> ListRepository(const OpenStorage& storage);
 
 // Whether the selection takes the entry in.

@@ -21,7 +21,7 @@ public:
             AddGs(selected.name.value_or(u""));
         else if (selected.group == Group::FOC)
             AddAll(selected, m_manager.GetFOCMetadata());
-        else
+        else if (selected.group == Group::NCF)
             AddAll(selected, m_manager.GetNCFMetadata());
     }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The kinds that a transfer of a selection moves, each with its content on this workstation.
+// The kinds of files that a transfer of a selection moves, each with its content on this
+// workstation; catalogues and definitions are compared elsewhere (ItemComparison.h).
 #pragma once
 
 #include "app/LocalFiles.h"

@@ -13,13 +13,13 @@ using Platform::FileStep;
 constexpr std::chrono::milliseconds kBetweenLines(100);
 
 constexpr std::array kTexts = {Message::ProgressRead, Message::ProgressStored,
-                               Message::ProgressWritten};
+                               Message::ProgressWritten, Message::ProgressItemsSent,
+                               Message::ProgressItemsLoaded};
 
 } // namespace
 
 Progress::Progress(TerminalSink& terminal) : m_terminal(terminal) {
-    if (m_terminal.ShowsProgress())
-        Platform::SetFileStepListener([this](FileStep step) { Count(step); });
+    Platform::SetFileStepListener([this](FileStep step) { Count(step); });
 }
 
 Progress::~Progress() {
@@ -41,7 +41,7 @@ double Progress::Seconds() const {
 void Progress::Count(FileStep step) try {
     // The first of its kind at once: a short step would not be seen at all.
     const bool isFirst = ++m_files[static_cast<std::size_t>(step)] == 1;
-    if (!isFirst && Clock::now() - m_shown < kBetweenLines)
+    if (!m_terminal.ShowsProgress() || (!isFirst && Clock::now() - m_shown < kBetweenLines))
         return;
     m_shown = Clock::now();
     m_terminal.ShowProgress(Line());

@@ -11,8 +11,8 @@
 
 namespace App {
 
-// Listens to the libraries' file steps for as long as it stands, and takes the line away at
-// its end.  Costs nothing where no progress is shown.
+// Listens to the file steps for as long as it stands, and takes the line away at its end.
+// Shows nothing where no progress is shown.
 class Progress {
 public:
     explicit Progress(TerminalSink& terminal);
@@ -24,6 +24,7 @@ public:
     void Begin(const CString& selection);
     // Since Begin.
     double Seconds() const;
+    int Files(Platform::FileStep step) const { return m_files[static_cast<std::size_t>(step)]; }
 
 private:
     void Count(Platform::FileStep step);
@@ -33,7 +34,7 @@ private:
 
     TerminalSink& m_terminal;
     CString m_selection;
-    std::array<int, 3> m_files{}; // by FileStep
+    std::array<int, Platform::kFileSteps> m_files{}; // by FileStep
     Clock::time_point m_begun = Clock::now();
     Clock::time_point m_shown;
 };

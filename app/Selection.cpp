@@ -7,6 +7,8 @@
 #include "app/Texts.h"
 
 #include "ZEBXGisCore/ModuleConfiguration.h"
+#include "ZEBXGisCore/RepositoryManager.h"
+#include "ZEBXNetworkCore/CatalogManager.h"
 #include "platform/os/UserSettings.h"
 
 #include <algorithm>
@@ -19,36 +21,39 @@ using Manager = Repository::CRepositoryStorageManager;
 
 struct GroupWord {
     Group group;
-    const char16_t* word;
+    const char16_t* word;      // selects all of it
+    const char16_t* namedWord; // stands before ":" and a name
 };
 
-constexpr std::array kGroups = {GroupWord{Group::FOC, u"foc"}, GroupWord{Group::NCF, u"ncf"},
-                                GroupWord{Group::GS, u"gs"}};
+constexpr std::array kGroups = {
+    GroupWord{Group::FOC, u"foc", u"foc"}, GroupWord{Group::NCF, u"ncf", u"ncf"},
+    GroupWord{Group::GS, u"gs", u"gs"}, GroupWord{Group::Catalogues, u"catalogues", u"catalogue"},
+    GroupWord{Group::Items, u"items", u"items"}};
 
 Selected ParseWord(const CString& word) {
     const auto colon = word.find(u':');
+    const bool isNamed = colon != CString::npos;
     const CStringView head = CStringView(word).substr(0, colon);
-    if (head == u"catalogues" || head == u"catalogue")
-        throw AppError(ExitStatus::Usage, Text(Message::NoCataloguesYet, {word}));
-    const auto* found = std::find_if(kGroups.begin(), kGroups.end(),
-                                     [head](const GroupWord& known) { return head == known.word; });
+    const auto* found = std::ranges::find_if(kGroups, [&](const GroupWord& known) {
+        return head == known.word || (isNamed && head == known.namedWord);
+    });
     // A colon with nothing behind it is a name that was forgotten, not the whole group.
+    const std::vector<CString> words{u"foc", u"ncf", u"gs", u"catalogues", u"items"};
     if (found == kGroups.end() || colon + 1 == word.size())
-        throw AppError(ExitStatus::Usage, Text(Message::UnknownSelection, {word}) +
-                                              DidYouMean(head, {u"foc", u"ncf", u"gs"}));
-    if (colon == CString::npos)
+        throw AppError(ExitStatus::Usage,
+                       Text(Message::UnknownSelection, {word}) + DidYouMean(head, words));
+    if (!isNamed)
         return {found->group, std::nullopt};
     return {found->group, word.substr(colon + 1)};
 }
 
-template<typename Kinds>
-void CheckIsKnown(const Selected& selected, const Kinds& kinds) {
-    if (kinds.contains(*selected.name))
+void CheckIsKnown(const Selected& selected, const std::vector<CString>& names) {
+    if (std::ranges::find(names, *selected.name) != names.end())
         return;
     CString text = Text(Message::UnknownKind, {WordFor(selected)});
     std::vector<CString> known;
-    for (const auto& [id, kind] : kinds) {
-        known.push_back(WordFor(selected.group, id));
+    for (const CString& name : names) {
+        known.push_back(WordFor(selected.group, name));
         text += u"\n  " + known.back();
     }
     text += DidYouMean(WordFor(selected), known);
@@ -66,17 +71,26 @@ void CheckIsOn(const Selected& selected, const Kinds& kinds) {
                    Text(Message::KindSwitchedOff, {WordFor(selected), ShownPath(file.value)}));
 }
 
-// Calls `check` with each selected kind and its registry.
-template<typename Check>
-void CheckKinds(const std::vector<Selected>& selection, Manager& manager, Check check) {
-    for (const Selected& selected : selection) {
-        if (!selected.name || selected.group == Group::GS)
-            continue;
-        if (selected.group == Group::FOC)
-            check(selected, manager.GetFOCMetadata());
-        else
-            check(selected, manager.GetNCFMetadata());
-    }
+template<typename Kinds>
+std::vector<CString> KeysOf(const Kinds& kinds) {
+    std::vector<CString> keys;
+    for (const auto& [key, kind] : kinds)
+        keys.push_back(key);
+    return keys;
+}
+
+// What can be selected by name.
+std::vector<CString> KnownNames(Group group, Manager& manager) {
+    if (group == Group::FOC)
+        return KeysOf(manager.GetFOCMetadata());
+    if (group == Group::NCF)
+        return KeysOf(manager.GetNCFMetadata());
+    if (group == Group::Items)
+        return KeysOf(ZEBGis::CRepositoryManager::Instance()->GetRepositoryFactories());
+    std::vector<CString> references;
+    for (const auto& metadata : ZEBGis::Data::CCatalogManager::Instance()->GetCatalogRegistry())
+        references.push_back(metadata->GetCatalogReference());
+    return references;
 }
 
 } // namespace
@@ -100,18 +114,25 @@ CString WordFor(const Selected& selected) {
 }
 
 CString WordFor(Group group, CStringView name) {
-    CString word = kGroups[static_cast<std::size_t>(group)].word;
-    return name.empty() ? word : word.append(u":").append(name);
+    const GroupWord& words = kGroups[static_cast<std::size_t>(group)];
+    return name.empty() ? words.word : CString(words.namedWord).append(u":").append(name);
 }
 
 void CheckKindsAreKnown(const std::vector<Selected>& selection, Manager& manager) {
-    CheckKinds(selection, manager,
-               [](const Selected& selected, const auto& kinds) { CheckIsKnown(selected, kinds); });
+    for (const Selected& selected : selection) {
+        // Any name may be that of general settings.
+        if (selected.name && selected.group != Group::GS)
+            CheckIsKnown(selected, KnownNames(selected.group, manager));
+    }
 }
 
 void CheckKindsAreOn(const std::vector<Selected>& selection, Manager& manager) {
-    CheckKinds(selection, manager,
-               [](const Selected& selected, const auto& kinds) { CheckIsOn(selected, kinds); });
+    for (const Selected& selected : selection) {
+        if (selected.name && selected.group == Group::FOC)
+            CheckIsOn(selected, manager.GetFOCMetadata());
+        if (selected.name && selected.group == Group::NCF)
+            CheckIsOn(selected, manager.GetNCFMetadata());
+    }
 }
 
 void CheckGsNames(const std::vector<Selected>& selection, Manager& manager) {

@@ -9,19 +9,24 @@
 
 namespace App {
 
-enum class Group { FOC, NCF, GS };
+enum class Group { FOC, NCF, GS, Catalogues, Items };
 
-// "ncf", "foc:005_TOPOLOGY_CONFIG", "gs:NAME".
+// Whether the group's kinds hold items (of a catalogue, or definitions) and not files.
+constexpr bool HoldsItems(Group group) {
+    return group == Group::Catalogues || group == Group::Items;
+}
+
+// "ncf", "foc:005_TOPOLOGY_CONFIG", "gs:NAME", "catalogues", "catalogue:TAG", "items:TAG".
 struct Selected {
     Group group = Group::FOC;
-    std::optional<CString> name; // of the kind or of the general settings; nothing: all
+    // Of the kind or of the general settings, or the tag; nothing: all.
+    std::optional<CString> name;
 
     bool operator==(const Selected&) const = default;
 };
 
 // The selections in the words' order, each once; no words select everything, in the order
-// foc, ncf, gs.  Throws AppError (Usage) for a word that selects nothing and for
-// catalogues, which this version does not move.
+// foc, ncf, gs, catalogues, items.  Throws AppError (Usage) for a word that selects nothing.
 std::vector<Selected> ParseSelection(const std::vector<CString>& words);
 
 // The selection as it is typed.
@@ -29,7 +34,8 @@ CString WordFor(const Selected& selected);
 // A kind or a general-settings text as it is selected; an empty name selects the group.
 CString WordFor(Group group, CStringView name);
 
-// Throws AppError (Usage), naming the known kinds, when a kind is not registered.
+// Throws AppError (Usage), naming the known ones, when a kind is not registered, or a
+// catalogue or a definition repository is not declared on this workstation.
 void CheckKindsAreKnown(const std::vector<Selected>& selection,
                         Repository::CRepositoryStorageManager& manager);
 

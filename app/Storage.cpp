@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/Storage.h"
 
+#include "app/CatalogueFiles.h"
 #include "app/Texts.h"
 
 namespace App {
@@ -16,6 +17,7 @@ OpenStorage RequireStorage() {
     StoragePlugin plugin = FindStoragePlugin();
     if (!manager->IsInitialized())
         throw AppError(ExitStatus::Configuration, WhyNoPlugin(plugin));
+    RegisterCatalogueFileManagers(*manager);
     return {*manager, plugin};
 }
 

@@ -7,6 +7,7 @@
 
 #include "ZEBXGisCore/ModuleConfiguration.h"
 #include "ZEBXRepositoryClient/LocalContent.h"
+#include "platform/host/FileSteps.h"
 #include "platform/host/Interruption.h"
 #include "platform/text/Numbers.h"
 
@@ -14,6 +15,7 @@ namespace App {
 namespace {
 
 using namespace ZEBGis::Workspace;
+using Platform::FileStep;
 
 Storage::Problem TakeProblem(const OpenStorage& storage) {
     auto* administration = storage.plugin.administration;
@@ -93,7 +95,10 @@ TransferResult Transfer(Session& session, const OpenStorage& storage,
         if (outcome == Outcome::Done && failures > 0)
             outcome = Outcome::Failed;
         result.selections.push_back(
-            {selected, session.log.Successes() - successesBefore, failures});
+            {selected,
+             HoldsItems(selected.group) ? progress.Files(FileStep::Written)
+                                        : session.log.Successes() - successesBefore,
+             progress.Files(FileStep::ItemSent) + progress.Files(FileStep::ItemLoaded), failures});
         result.failures += failures;
         if (Platform::IsInterrupted()) {
             if (outcome != Outcome::Done || &selected != &selection.back())

@@ -16,11 +16,12 @@ namespace App {
 // disk did not.
 enum class Outcome { Done, Failed, FailedHere };
 
-// What one selection wrote to the workspace log.
+// What came of one selection.
 struct Transferred {
     Selected selected;
-    int successes = 0;
-    int failures = 0;
+    int files = 0;
+    int items = 0;    // of catalogues, and definitions
+    int failures = 0; // lines of the workspace log
 };
 
 struct TransferResult {

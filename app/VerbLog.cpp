@@ -71,12 +71,24 @@ bool NamesOneOf(CStringView subject, const Kinds& kinds) {
                                [subject](const auto& kind) { return Names(subject, kind.first); });
 }
 
+// A revision of an item tells it as "TAG/identifier".
+bool NamesItem(const Selected& selected, const RevisionEntry& revision) {
+    const bool ofCatalogue =
+        revision.operation == u"AddCatalogItem" || revision.operation == u"DeleteCatalogItem";
+    const bool ofDefinition = revision.operation.ends_with(u"RepositoryItem");
+    if (selected.group == Group::Catalogues ? !ofCatalogue : !ofDefinition)
+        return false;
+    return !selected.name || revision.subject.starts_with(*selected.name + u"/");
+}
+
 // A revision tells the kinds by their identifiers alone.
 bool Covers(const Selected& selected, const RevisionEntry& revision,
             Repository::CRepositoryStorageManager& manager) {
     if (selected.group == Group::GS)
         return revision.operation == u"SaveGS" &&
                (!selected.name || revision.subject == *selected.name);
+    if (HoldsItems(selected.group))
+        return NamesItem(selected, revision);
     if (revision.operation != u"AddRepositoryFiles" && revision.operation != u"RegisterContent")
         return false;
     if (selected.name)

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include "app/Catalogues.h"
 #include "app/ComparisonTable.h"
+#include "app/Definitions.h"
 #include "app/Print.h"
 #include "app/Transfer.h"
 #include "app/Verbs.h"
@@ -22,12 +24,17 @@ constexpr int kGsNotLoaded = 10371;
 
 class Pull {
 public:
-    Pull(const OpenStorage& storage, bool everything)
-        : m_manager(storage.manager), m_everything(everything) {}
+    Pull(Session& session, const OpenStorage& storage, bool everything)
+        : m_session(session), m_storage(storage), m_manager(storage.manager),
+          m_everything(everything) {}
 
     Outcome operator()(const Selected& selected) const {
         if (selected.group == Group::GS)
             return FetchGs(selected);
+        if (selected.group == Group::Catalogues)
+            return PullCatalogues(m_session, m_storage, selected.name);
+        if (selected.group == Group::Items)
+            return PullDefinitions(m_session, m_storage, selected.name);
         return Fetch(selected) ? Outcome::Done : Outcome::FailedHere;
     }
 
@@ -69,6 +76,8 @@ private:
         return selected.name ? m_manager.LoadNCF(selected.name->c_str()) : m_manager.LoadAllNCFs();
     }
 
+    Session& m_session;
+    const OpenStorage& m_storage;
     Repository::CRepositoryStorageManager& m_manager;
     bool m_everything;
 };
@@ -78,13 +87,15 @@ void GiveResult(Session& session, const OpenStorage& storage, const TransferResu
     using Align = Table::Align;
     Table table({{Text(Message::TitleSelection)},
                  {Text(Message::TitleFiles), Align::Right},
+                 {Text(Message::TitleItems), Align::Right},
                  {Text(Message::TitleFailures), Align::Right}});
     Json selections = Json::array();
     for (const Transferred& one : result.selections) {
-        table.Add({WordFor(one.selected), Platform::ToText(one.successes),
+        table.Add({WordFor(one.selected), Platform::ToText(one.files), Platform::ToText(one.items),
                    Platform::ToText(one.failures)});
         selections.push_back({{"selection", WordFor(one.selected)},
-                              {"files", one.successes},
+                              {"files", one.files},
+                              {"items", one.items},
                               {"failures", one.failures}});
     }
     table.Print(session.out);
@@ -105,7 +116,7 @@ ExitStatus RunPull(Session& session, const Invocation& invocation) {
     if (invocation.Has("--dry-run"))
         return GivePlan(session, Compare(storage, selection, Purpose::Pull), Purpose::Pull);
     const TransferResult result =
-        Transfer(session, storage, selection, Pull(storage, invocation.words.empty()));
+        Transfer(session, storage, selection, Pull(session, storage, invocation.words.empty()));
     GiveResult(session, storage, result);
     return result.Status();
 }

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include "app/Catalogues.h"
 #include "app/ComparisonTable.h"
+#include "app/Definitions.h"
 #include "app/Listing.h"
 #include "app/Print.h"
 #include "app/Transfer.h"
@@ -27,11 +29,18 @@ constexpr int kFilesNotSent = 10713;
 
 class Push {
 public:
-    Push(const Session& session, const OpenStorage& storage, bool everything)
-        : m_session(session), m_manager(storage.manager), m_everything(everything) {}
+    Push(Session& session, const OpenStorage& storage, bool everything)
+        : m_session(session), m_storage(storage), m_manager(storage.manager),
+          m_everything(everything) {}
 
     Outcome operator()(const Selected& selected) const {
-        return selected.group == Group::GS ? SendGs(selected) : SendFiles(selected);
+        if (selected.group == Group::GS)
+            return SendGs(selected);
+        if (selected.group == Group::Catalogues)
+            return PushCatalogues(m_session, m_storage, selected.name);
+        if (selected.group == Group::Items)
+            return PushDefinitions(m_session, m_storage, selected.name);
+        return SendFiles(selected);
     }
 
 private:
@@ -78,7 +87,8 @@ private:
         return selected.name ? m_manager.SaveNCF(selected.name->c_str()) : m_manager.SaveAllNCFs();
     }
 
-    const Session& m_session;
+    Session& m_session;
+    const OpenStorage& m_storage;
     Repository::CRepositoryStorageManager& m_manager;
     bool m_everything;
 };

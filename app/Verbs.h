@@ -81,6 +81,7 @@ ExitStatus RunDoctor(Session& session, const Invocation& invocation);
 ExitStatus RunRepoCheck(Session& session, const Invocation& invocation);
 ExitStatus RunItems(Session& session, const Invocation& invocation);
 ExitStatus RunLs(Session& session, const Invocation& invocation);
+ExitStatus RunCatalogue(Session& session, const Invocation& invocation);
 ExitStatus RunCommand(Session& session, const Invocation& invocation);
 ExitStatus RunConfigShow(Session& session, const Invocation& invocation);
 ExitStatus RunVersion(Session& session, const Invocation& invocation);

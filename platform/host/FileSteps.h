@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How far a transfer is, for whoever shows it: the libraries tell of each file, a program
-// may listen.
+// How far a transfer is, for whoever shows it: the libraries tell of each file, a program of
+// each item, and the program may listen.
 #pragma once
 
 #include "platform/Export.h"
@@ -9,8 +9,10 @@
 
 namespace Platform {
 
-// What was done with a file: read here, kept in the repository, written here.
-enum class FileStep { Read, Stored, Written };
+// What was done with a file: read here, kept in the repository, written here; and with an item
+// of a catalogue or a definition: kept in the repository, put in its place here.
+enum class FileStep { Read, Stored, Written, ItemSent, ItemLoaded };
+inline constexpr int kFileSteps = 5;
 
 // Replaces the listener; it must not throw.  Without one, steps are told to nobody.
 ZEBX_EXPORT void SetFileStepListener(std::function<void(FileStep)> listener);

@@ -21,9 +21,11 @@ ExitStatus StatusFor(const CString& word) {
     return ExitStatus::Done;
 }
 
-TEST_F(Selection, NoneMeansEverythingInTheOrderFocNcfGs) {
-    EXPECT_THAT(ParseSelection({}), ElementsAre(Selected{Group::FOC, {}}, Selected{Group::NCF, {}},
-                                                Selected{Group::GS, {}}));
+TEST_F(Selection, NoneMeansEverythingInTheOrderFocNcfGsCataloguesItems) {
+    EXPECT_THAT(ParseSelection({}),
+                ElementsAre(Selected{Group::FOC, {}}, Selected{Group::NCF, {}},
+                            Selected{Group::GS, {}}, Selected{Group::Catalogues, {}},
+                            Selected{Group::Items, {}}));
 }
 
 TEST_F(Selection, AGroupOrOneOfItIsSelectedByName) {
@@ -47,17 +49,11 @@ TEST_F(Selection, AWordThatSelectsNothingIsAUsageError) {
         EXPECT_EQ(StatusFor(word), ExitStatus::Usage);
 }
 
-TEST_F(Selection, CataloguesAreKnownAndNotMovedYet) {
-    for (const CString word : {u"catalogues", u"catalogue:PIPES"}) {
-        try {
-            ParseSelection({word});
-            ADD_FAILURE();
-        } catch (const AppError& error) {
-            EXPECT_EQ(error.Status(), ExitStatus::Usage);
-            EXPECT_EQ(error.Text(),
-                      u"This version does not move catalogues yet; leave \"" + word + u"\" out.");
-        }
-    }
+TEST_F(Selection, OneCatalogueIsNamedBySingularOrPlural) {
+    const Selected pipes{Group::Catalogues, u"PIPES"};
+    EXPECT_THAT(ParseSelection({u"catalogue:PIPES", u"catalogues:PIPES", u"catalogues"}),
+                ElementsAre(pipes, Selected{Group::Catalogues, {}}));
+    EXPECT_EQ(StatusFor(u"catalogue"), ExitStatus::Usage);
 }
 
 TEST_F(Selection, IsWrittenAsItIsTyped) {
@@ -65,6 +61,9 @@ TEST_F(Selection, IsWrittenAsItIsTyped) {
     EXPECT_EQ(WordFor(Selected{Group::NCF, u"002_NODE"}), u"ncf:002_NODE");
     EXPECT_EQ(WordFor(Group::GS, u""), u"gs");
     EXPECT_EQ(WordFor(Group::GS, u"A"), u"gs:A");
+    EXPECT_EQ(WordFor(Selected{Group::Catalogues, {}}), u"catalogues");
+    EXPECT_EQ(WordFor(Selected{Group::Catalogues, u"PIPES"}), u"catalogue:PIPES");
+    EXPECT_EQ(WordFor(Selected{Group::Items, u"PIPES"}), u"items:PIPES");
 }
 
 } // namespace

@@ -54,8 +54,8 @@ TEST_F(Transfers, EachSelectionsLinesAreCounted) {
         });
         EXPECT_THAT(moved, ElementsAre(u"foc", u"ncf", u"gs"));
         ASSERT_THAT(result.selections, SizeIs(3));
-        EXPECT_EQ(result.selections[0].successes, 1);
-        EXPECT_EQ(result.selections[2].successes, 3);
+        EXPECT_EQ(result.selections[0].files, 1);
+        EXPECT_EQ(result.selections[2].files, 3);
         EXPECT_EQ(result.Status(), ExitStatus::Done);
     }));
 }

@@ -28,10 +28,17 @@ TEST_P(UnknownThings, AKindsNameIsTakenLetterByLetter) {
     EXPECT_EQ(Station().Zebx({GetParam(), "ncf:002_node"}).status, 2);
 }
 
-TEST_P(UnknownThings, CataloguesAreNotMovedYet) {
-    const Ended run = Station().Zebx({GetParam(), "catalogues"});
+TEST_P(UnknownThings, ACatalogueThatNobodyDeclaredNamesTheDeclaredOnes) {
+    const Ended run = Station().Zebx({GetParam(), "catalogue:PIPE_CATALOG"});
     EXPECT_EQ(run.status, 2) << run;
-    EXPECT_THAT(run.err, HasSubstr("does not move catalogues yet"));
+    EXPECT_THAT(run.err, AllOf(HasSubstr("\n  catalogue:ASSEMBLYSCHEMES_CATALOG\n"),
+                               HasSubstr("Did you mean catalogue:PIPES_CATALOG?")));
+}
+
+TEST_P(UnknownThings, ATagThatNobodyDeclaredNamesTheDeclaredOnes) {
+    const Ended run = Station().Zebx({GetParam(), "items:PIPES"});
+    EXPECT_EQ(run.status, 2) << run;
+    EXPECT_THAT(run.err, HasSubstr("\n  items:PIPE_DEFINITIONS\n"));
 }
 
 INSTANTIATE_TEST_SUITE_P(EachVerb, UnknownThings, testing::Values("push", "pull", "ls"),

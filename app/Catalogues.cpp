@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: MIT
+#include "app/Catalogues.h"
+
+#include "app/Texts.h"
+
+#include "ZEBXRepositoryClient/CatalogueTransfer.h"
+#include "ZEBXWorkspaceCore/WsManager.h"
+#include "platform/host/FileSteps.h"
+#include "platform/text/Windows1250.h"
+
+#include <algorithm>
+
+namespace App {
+namespace {
+
+using namespace ZEBGis::Workspace;
+using Repository::CatalogueRow;
+using ZEBGis::Data::CatalogItemPtr;
+using ZEBGis::Data::CCatalogItem;
+using ZEBGis::Data::CCatalogManager;
+
+// Tells the items on, for the line of progress and the sums, and what became of those that
+// did not arrive.
+class Steps : public Repository::ICatalogueSteps {
+public:
+    void ItemLoaded() override { Platform::TellFileStep(Platform::FileStep::ItemLoaded); }
+    void ItemSent() override { Platform::TellFileStep(Platform::FileStep::ItemSent); }
+    void ItemLeftOut(const Repository::CNetCatalogueItem& item) override {
+        Log(MessageFailure, Text(Message::ItemLeftOut,
+                                 {item.GetName(), item.GetCatalogueId(), item.GetCatalogueTag()}));
+        m_leftOut = true;
+    }
+
+    bool HasLeftOut() const { return m_leftOut; }
+
+private:
+    bool m_leftOut = false;
+};
+
+// A storage that keeps the records' text forms has windows-1250 alone for their texts; only
+// one with an administration is known to keep everything.
+void WarnOfLetters(const CCatalogItem& item) {
+    const auto check = [&item](const CString& text) {
+        if (Platform::FromAnsi(Platform::ToAnsi(text)) != text)
+            Log(MessageWarning, Text(Message::MayNotBeKept, {item.GetName(), text}));
+    };
+    check(item.GetName());
+    for (const auto& property : item.GetProperties()) {
+        check(property->GetName());
+        check(property->GetValue().ToText());
+    }
+}
+
+int Send(Repository::CCatalogueTransfer& transfer, const OpenStorage& storage,
+         const ZEBGis::Data::CCatalogMetadata& metadata) {
+    const CString reference = metadata.GetCatalogReference();
+    if (!storage.plugin.administration)
+        LookAtItems(*CCatalogManager::Instance()->GetCatalog(reference.c_str(), /*load*/ 0),
+                    WarnOfLetters);
+    return transfer.SendCatalog(metadata);
+}
+
+// The repository's failures come first; what else went wrong did so on this workstation.
+Outcome OutcomeOf(bool repositoryFailed, int failures) {
+    if (repositoryFailed)
+        return Outcome::Failed;
+    return failures > 0 ? Outcome::FailedHere : Outcome::Done;
+}
+
+} // namespace
+
+std::vector<ZEBGis::Data::CatalogMetadataPtr>
+CataloguesOf(const std::optional<CString>& reference) {
+    if (reference)
+        return {CCatalogManager::Instance()->GetCatalogMetadata(reference->c_str())};
+    std::vector<ZEBGis::Data::CatalogMetadataPtr> visible;
+    for (const CatalogueRow& row : Repository::VisibleCatalogues())
+        visible.push_back(row.metadata);
+    return visible;
+}
+
+void LookAtItems(const ZEBGis::Data::CCatalog& catalogue,
+                 const std::function<void(const CCatalogItem&)>& look) {
+    std::vector<CatalogItemPtr> left = catalogue.GetSortedRootElements();
+    std::ranges::reverse(left);
+    while (!left.empty()) {
+        const CatalogItemPtr item = left.back();
+        left.pop_back();
+        look(*item);
+        auto subItems = item->GetSortedSubItems();
+        left.insert(left.end(), subItems.rbegin(), subItems.rend());
+    }
+}
+
+Outcome PushCatalogues(Session& session, const OpenStorage& storage,
+                       const std::optional<CString>& reference) {
+    const int failuresBefore = session.log.Failures();
+    Steps steps;
+    Repository::CCatalogueTransfer transfer(storage.manager, steps);
+    auto& catalogues = *CCatalogManager::Instance();
+    bool allSent = true;
+    for (const auto& metadata : CataloguesOf(reference)) {
+        // One that cannot be read is told with the reason, and the next follows.
+        if (!catalogues.GetCatalog(metadata->GetCatalogReference().c_str(), /*load*/ 1))
+            Log(MessageFailure, catalogues.GetProblem());
+        else if (!Send(transfer, storage, *metadata))
+            allSent = false;
+        if (!storage.manager.IsRepositoryAccessible())
+            break;
+    }
+    return OutcomeOf(!allSent, session.log.Failures() - failuresBefore);
+}
+
+Outcome PullCatalogues(Session& session, const OpenStorage& storage,
+                       const std::optional<CString>& reference) {
+    const int failuresBefore = session.log.Failures();
+    Steps steps;
+    Repository::CCatalogueTransfer transfer(storage.manager, steps);
+    std::vector<CatalogueRow> rows;
+    for (const auto& metadata : CataloguesOf(reference))
+        rows.push_back({metadata, 0});
+    const bool allLoaded = transfer.LoadCatalogs(rows, /*all*/ 1) != 0;
+    return OutcomeOf(!allLoaded || steps.HasLeftOut(), session.log.Failures() - failuresBefore);
+}
+
+} // namespace App
