@@ -35,7 +35,8 @@ Reference Classify(std::string_view digits) {
         std::from_chars(digits.data(), digits.data() + digits.size(), codePoint, base);
     if (end == digits.data() || end != digits.data() + digits.size())
         return Reference::Good;
-    if (error != std::errc() || codePoint == 0 || codePoint > 0x10FFFF)
+    const bool isHalf = codePoint >= 0xD800 && codePoint <= 0xDFFF;
+    if (error != std::errc() || codePoint == 0 || isHalf || codePoint > 0x10FFFF)
         return Reference::Unreadable;
     CString character;
     if (codePoint < 0x10000)

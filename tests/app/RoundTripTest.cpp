@@ -57,7 +57,7 @@ protected:
                                  std::to_string(made.drawings) + " [0-9]+ 0"));
         const Ended pull = ivan.Zebx({"pull"});
         ASSERT_EQ(pull.status, 0) << pull;
-        EXPECT_EQ(LineOf(pull.out, "gs"), "gs 1 0");
+        EXPECT_EQ(LineOf(pull.out, "gs"), "gs 1 0 0");
         const auto fetched = Tree(ivan.Support());
         EXPECT_EQ(fetched.size(), sent.size());
         EXPECT_TRUE(fetched == sent) << "the two support folders differ";
@@ -126,7 +126,7 @@ TEST_F(RoundTrip, OneKindCanBeSentAndFetchedAlone) {
     EXPECT_THAT(LineOf(push.out, "ncf:002_NODE"), MatchesRegex("ncf:002_NODE 9 9 [0-9]+ 0"));
     const Ended pull = ivan.Zebx({"pull", "ncf:002_NODE"});
     EXPECT_EQ(pull.status, 0) << pull;
-    EXPECT_EQ(LineOf(pull.out, "ncf:002_NODE"), "ncf:002_NODE 9 0");
+    EXPECT_EQ(LineOf(pull.out, "ncf:002_NODE"), "ncf:002_NODE 9 0 0");
     EXPECT_EQ(Tree(ivan.Support()).size(), 9u);
 }
 

@@ -43,7 +43,11 @@ TEST(RunVerb, TheCommandTestTellsOfEachMissingDrawingAndCountsTheOthers) {
 }
 
 TEST(RunVerb, TheCommandTestSaysThatItsCatalogueIsNotDeclared) {
-    const Ended run = Station().Zebx({"run", "test"});
+    const Station station;
+    const fs::path folder = InstallationWithoutPlugin(station);
+    fs::create_symlink(fs::path(ZEBX_BUILD_DIR) / "lib/zebx/ZEBXRepositoryClient.arx",
+                       folder / "ZEBXRepositoryClient.arx");
+    const Ended run = station.Zebx({"run", "test", "--install", folder.string()});
     EXPECT_EQ(run.status, 0) << run;
     EXPECT_THAT(run.out, HasSubstr("\"ASSEMBLYSCHEMES_CATALOG\""));
     EXPECT_THAT(run.out, Not(HasSubstr("total blocks")));

@@ -86,8 +86,10 @@ TEST_F(CatalogueProblems, AFileThatIsNoCatalogue) {
                   {"line 4", "\"a\" stands twice"});
     ExpectRefused("<!DOCTYPE catalogue [<!ENTITY e 'x'>]>\n<catalogue/>", {"document type"});
     ExpectRefused(InCatalogue("<item guid='a' name='x&#0;y'/>"), {"line 3", "&#0;"});
-    ExpectRefused(InCatalogue("<item guid='a' name='x&#x1;y'/>"), {"line 3", "&#x1;"});
-    ExpectRefused(InCatalogue("<item guid='a' name='x&#xFFFE;y'/>"), {"line 3", "&#xFFFE;"});
+    ExpectRefused(InCatalogue("<item guid='a' name='x&#x1;y'/>"),
+                  {"line 3", "item ", "(a)", "U+0001"});
+    ExpectRefused(InCatalogue("<item guid='a' name='n'><other>&#xFFFE;</other></item>"),
+                  {"line 3", "item \"n\" (a)", "U+FFFE"});
 }
 
 TEST_F(CatalogueProblems, AQuoteThatIsMissing) {
