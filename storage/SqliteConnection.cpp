@@ -205,8 +205,13 @@ void SqliteConnection::KeepSideFiles() {
 }
 
 void SqliteConnection::Rollback() noexcept {
-    if (!sqlite3_get_autocommit(m_database))
+    if (sqlite3_get_autocommit(m_database))
+        return;
+    try {
+        Execute("ROLLBACK", {}); // every call that reads ends so
+    } catch (const std::exception&) {
         sqlite3_exec(m_database, "ROLLBACK", nullptr, nullptr, nullptr);
+    }
 }
 
 std::unique_ptr<SqlRows> SqliteConnection::Query(SqlText sql,

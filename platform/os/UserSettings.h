@@ -9,6 +9,8 @@
 
 #include <map>
 #include <optional>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace Platform {
@@ -69,10 +71,15 @@ private:
     };
     std::optional<FileValue> FromFile(Setting setting);
 
+    // What decides where zebx.ini lies when nobody names it; nothing when somebody does.
+    using Surroundings = std::pair<std::string, std::string>;
+    std::optional<Surroundings> SurroundingsOfDefaultFile() const;
+
     std::map<Setting, CString> m_options;
     CString m_filePath; // the zebx.ini that m_file and m_problems were read from
     bool m_fileRead = false;
-    std::map<CString, FileValue> m_file; // by "section.key"
+    std::optional<Surroundings> m_surroundings; // for which m_filePath was found
+    std::map<CString, FileValue> m_file;        // by "section.key"
     std::vector<SettingProblem> m_problems;
 };
 

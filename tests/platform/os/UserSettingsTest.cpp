@@ -202,6 +202,34 @@ TEST_F(Settings, AnotherFileIsReadWhenTheOptionOrTheVariableSaysSo) {
     EXPECT_EQ(Get(Setting::EnabledKinds), InFile(u"OPTION"));
 }
 
+TEST_F(Settings, AnotherFileIsReadWhenTheUsersFolderChanges) {
+    m_workstation.WriteSettings("[kinds]\nenabled = USER\n");
+    const std::filesystem::path other = m_workstation.Folder().Native() / "other";
+    for (const auto& folder : {other / "StudioZEB", other / ".config/StudioZEB"}) {
+        std::filesystem::create_directories(folder);
+        Platform::WriteFile(Platform::PathFromNative((folder / "zebx.ini").string()),
+                            "[kinds]\nenabled = " + folder.parent_path().filename().string());
+    }
+    EXPECT_EQ(Get(Setting::EnabledKinds), InFile(u"USER"));
+    m_workstation.Set("XDG_CONFIG_HOME", other.string());
+    EXPECT_EQ(Get(Setting::EnabledKinds), InFile(u"other"));
+    m_workstation.Set("HOME", other.string());
+    m_workstation.Set("XDG_CONFIG_HOME", std::nullopt);
+    EXPECT_EQ(Get(Setting::EnabledKinds), InFile(u".config"));
+    m_workstation.Set("HOME", "/");
+    EXPECT_EQ(Get(Setting::EnabledKinds), Default(u""));
+}
+
+TEST_F(Settings, TheUsersFileIsReadAgainWhenTheOptionIsGone) {
+    m_workstation.WriteSettings("[kinds]\nenabled = USER\n");
+    Platform::WriteFile(Root() + u"b.ini", "[kinds]\nenabled = OPTION\n");
+    EXPECT_EQ(Get(Setting::EnabledKinds), InFile(u"USER"));
+    UserSettings::Instance()->SetOption(Setting::Config, Root() + u"b.ini");
+    EXPECT_EQ(Get(Setting::EnabledKinds), InFile(u"OPTION"));
+    UserSettings::Instance()->SetOption(Setting::Config, u"");
+    EXPECT_EQ(Get(Setting::EnabledKinds), InFile(u"USER"));
+}
+
 TEST_F(Settings, RelativePathsCountFromTheFilesOwnFolder) {
     m_workstation.WriteSettings("[folders]\ninstall = modules\nsupport = ../support\n"
                                 "[logging]\ntrace_file = trace.log\n");
