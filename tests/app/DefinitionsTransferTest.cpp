@@ -43,7 +43,7 @@ std::string NameOf(App::Outcome outcome) {
     return outcome == App::Outcome::Failed ? "Failed" : "FailedHere";
 }
 
-// A factory that is interrupted by the user while it makes a repository.
+// A factory at whose given call, to make a repository or for its name, the user interrupts.
 class InterruptedFactory : public ZEBGis::CRepositoryFactory {
 public:
     InterruptedFactory(ZEBGis::CRepositoryFactory& factory, int calls)
@@ -51,8 +51,7 @@ public:
     virtual ~InterruptedFactory() = default;
     CString GetTag() const override { return m_factory.GetTag(); }
     ZEBGis::CDefinitionRepository* CreateRepository(const char16_t* xml) override {
-        if (--m_callsLeft == 0)
-            Platform::RequestInterruption();
+        Count();
         return m_factory.CreateRepository(xml);
     }
     void ReleaseRepository(ZEBGis::CDefinitionRepository* repository) override {
@@ -60,11 +59,19 @@ public:
     }
     std::vector<ZEBGis::enmEntityType> GetEntityTypes() const override { return {}; }
     CString GetFilePath() const override { return m_factory.GetFilePath(); }
-    CString GetRepositoryName() const override { return m_factory.GetRepositoryName(); }
+    CString GetRepositoryName() const override {
+        Count();
+        return m_factory.GetRepositoryName();
+    }
 
 private:
+    void Count() const {
+        if (--m_callsLeft == 0)
+            Platform::RequestInterruption();
+    }
+
     ZEBGis::CRepositoryFactory& m_factory;
-    int m_callsLeft;
+    mutable int m_callsLeft;
 };
 
 class DefinitionsTransfer : public testing::Test {
@@ -279,11 +286,22 @@ TEST_F(DefinitionsTransfer, ARefusedDefinitionIsNamedAndTheOthersAreSent) {
 TEST_F(DefinitionsTransfer, APullThatIsStoppedInTheMiddleWritesNothing) {
     Keep(ana, "<definition id='a'/><definition id='b'/><definition id='c'/>");
     Push(ana);
-    // Two repositories are made for each definition.
-    const auto pulled = Do(ivan, App::PullDefinitions, std::nullopt, 3);
+    // At first for its name, then two repositories are made for each definition.
+    const auto pulled = Do(ivan, App::PullDefinitions, std::nullopt, 4);
     EXPECT_THAT(pulled, ElementsAre("Failed", StartsWith("4 Pipe definitions: could not be "
                                                          "loaded")));
     EXPECT_FALSE(fs::exists(File(ivan)));
+}
+
+TEST_F(DefinitionsTransfer, APushThatIsStoppedInTheMiddleSendsNoMoreAndLeavesTheOtherTags) {
+    Keep(ana, "<definition id='a'/><definition id='b'/><definition id='c'/>");
+    Keep(ana, "<definition id='v'/>", "VALVE_DEFINITIONS");
+    // At first for its name, then for that of each definition's repository.
+    const auto pushed = Do(ana, App::PushDefinitions, std::nullopt, 3);
+    EXPECT_THAT(pushed, ElementsAre("Failed", StartsWith("4 Pipe definitions: could not be sent")));
+    Pull(ivan);
+    EXPECT_THAT(Bytes(File(ivan)), AllOf(HasSubstr("id='b'"), Not(HasSubstr("id='c'"))));
+    EXPECT_FALSE(fs::exists(File(ivan, "VALVE_DEFINITIONS")));
 }
 
 TEST_F(DefinitionsTransfer, ATagThatIsNotDeclaredHereStaysInTheRepository) {

@@ -111,4 +111,25 @@ TEST_F(PluginWithoutAdministration, AFailedPushIsToldAndCounted) {
     }));
 }
 
+TEST_F(PluginWithoutAdministration, DefinitionsAreAddedShownAndRemovedWithoutARevision) {
+    EXPECT_TRUE(PassesInAChildProcess([this] {
+        fs::copy(fs::path(ZEBX_BUILD_DIR) / "lib/zebx/Definitions.xml",
+                 workstation.Folder().Native() / "installation");
+        const fs::path file = workstation.Folder().Native() / "given.xml";
+        Write(file, "<definition id='a' name='A'/>");
+        const auto items = [](std::vector<std::string> words) {
+            words.insert(words.begin(), {"items", "PIPE_DEFINITIONS"});
+            return RunHere(words);
+        };
+        const Ended added = items({"add", file.string(), "--json"});
+        EXPECT_EQ(added.status, 0) << added;
+        EXPECT_THAT(added.out, HasSubstr("\"revision\": null"));
+        EXPECT_THAT(items({"show", "a"}).out, HasSubstr("<definition id='a' name='A'/>"));
+        EXPECT_EQ(items({"rename", "a", "B"}).status, 0);
+        EXPECT_THAT(items({"list"}).out, HasSubstr("  B\n"));
+        EXPECT_EQ(items({"delete", "a"}).status, 0);
+        EXPECT_EQ(items({"delete", "a"}).status, 8);
+    }));
+}
+
 } // namespace
