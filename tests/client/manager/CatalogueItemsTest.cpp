@@ -10,7 +10,6 @@ using namespace Repository;
 using testing::_;
 using testing::DoAll;
 using testing::ElementsAre;
-using testing::Eq;
 using testing::InSequence;
 using testing::IsEmpty;
 using testing::IsNull;
@@ -20,7 +19,6 @@ using testing::SetArgReferee;
 using testing::Throw;
 using ZEBGis::Data::CatalogItemPtr;
 using ZEBGis::Data::CCatalog;
-using ZEBGis::Data::CCatalogItem;
 
 namespace {
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "client/manager/LocalCatalogues.h"
 
+#include "platform/text/Fill.h"
 #include "platform/text/Utf8.h"
 
 #include <fstream>
@@ -21,7 +22,7 @@ void DeclareCatalogues(const Workstation& workstation,
             xml += u" fileManager=\"" + catalogue.fileManagerId + u"\"";
         xml += u">";
         for (const auto& [language, name] : catalogue.names)
-            xml += u"<name language=\"" + language + u"\">" + name + u"</name>";
+            xml += Platform::Fill(u"<name language=\"%s\">%s</name>", {language, name});
         xml += u"</catalogue>\n";
     }
     const std::filesystem::path folder = Platform::NativePath(workstation.Support());
