@@ -1,13 +1,18 @@
 // SPDX-License-Identifier: MIT
 // Catalogue items through the manager and the real storage plug-in: what the user gets.
+#include "ZEBXGisCore/ModuleConfiguration.h"
 #include "ZEBXRepositoryClient/Base64.h"
 #include "ZEBXRepositoryClient/CatalogueTransfer.h"
 #include "ZEBXRepositoryClient/RepositoryStorageManager.h"
 #include "ZEBXRepositoryClient/StorageBackend.h"
 #include "ZEBXRepositoryStorage/RepositoryAdministration.h"
 #include "client/manager/LocalCatalogues.h"
+#include "platform/host/Interruption.h"
 #include "platform/os/Module.h"
+#include "platform/text/Fill.h"
+#include "platform/text/Numbers.h"
 #include "storage/Engine.h"
+#include "support/Bytes.h"
 #include "support/WorkspaceLines.h"
 
 #include <gmock/gmock.h>
@@ -100,6 +105,17 @@ protected:
         file->SetFileName(name);
         file->SetFileContent(Base64Encode(bytes.data(), static_cast<std::uint32_t>(bytes.size())));
         return file;
+    }
+
+    // Changes the first byte of `needle`, which stands in the repository's file once or more.
+    void Damage(const std::string& needle) const {
+        const std::string native = Platform::NativePath(Path());
+        std::string bytes = BytesOfFile(native);
+        std::size_t at = bytes.find(needle);
+        ASSERT_NE(at, std::string::npos);
+        for (; at != std::string::npos; at = bytes.find(needle, at))
+            bytes[at] = '!';
+        MakeFile(native, bytes);
     }
 
     Workstation station;
@@ -219,6 +235,66 @@ TEST_F(CatalogueStorage, AWholeCatalogueWithItsFilesGoesFromStationToStation) {
     EXPECT_EQ(transfer.LoadCatalogs(VisibleCatalogues(), 1), 1);
     EXPECT_EQ(SavedOutline(u"PIPES"), u"z(y h(x)) a");
     EXPECT_THAT(Manager(u"PIPES").incoming, ElementsAre(testing::Pair(u"x.dwg", "drawing")));
+}
+
+TEST_F(CatalogueStorage, AGroupOfWhichAPageIsDamagedIsToldAndDoesNotReplaceTheLocalOne) {
+    const CString padding(500, u'p');
+    std::vector<CatalogItemPtr> members;
+    for (int number = 0; number < 200; ++number)
+        members.push_back(Leaf(u"member-" + Platform::ToText(number), padding));
+    MakeCatalogue(u"PIPES", {Group(u"g", u"g", members)});
+    const std::string before = BytesOfFile(CatalogueFile(station, "PIPES"));
+    UntoldSteps steps;
+    CCatalogueTransfer transfer(*manager, steps);
+    EXPECT_NE(transfer.SendCatalog(*CCatalogManager::Instance()->GetCatalogMetadata(u"PIPES")), 0);
+    CCatalogManager::Instance()->Forget(u"PIPES");
+    const std::size_t linesBefore = log.Lines().size();
+
+    CString text;
+    Administration().Connect(u"sqlite:" + Path() + u".other", true, text); // lets go of the file
+    Damage("<item guid=\"member-150\"");
+    Administration().Connect(u"sqlite:" + Path(), false, text);
+    EXPECT_EQ(transfer.LoadCatalogs(VisibleCatalogues(), 1), 1);
+
+    const auto lines = log.Lines();
+    ASSERT_EQ(lines.size(), linesBefore + 2);
+    EXPECT_EQ(lines[linesBefore].first, 4); // the storage says what is damaged
+    EXPECT_EQ(lines[linesBefore + 1],
+              (WorkspaceLines::Line{
+                  4, Platform::Fill(ZEBGis::CModuleConfiguration::Instance()->GetMsg(22004),
+                                    {u"Pipes"})}));
+    EXPECT_EQ(BytesOfFile(CatalogueFile(station, "PIPES")), before);
+}
+
+TEST_F(CatalogueStorage, TheUsersWishToStopIsHeardAfterTheItemUnderWay) {
+    struct StopAtSecond : ICatalogueSteps {
+        void ItemSent() override { Count(); }
+        void ItemLoaded() override { Count(); }
+        void Count() {
+            if (++items == 2)
+                Platform::RequestInterruption();
+        }
+        int items = 0;
+    };
+    MakeCatalogue(u"PIPES", {Leaf(u"1", u"1"), Leaf(u"2", u"2"), Leaf(u"3", u"3")});
+    {
+        const Platform::InterruptionGuard guard;
+        StopAtSecond steps;
+        const auto metadata = CCatalogManager::Instance()->GetCatalogMetadata(u"PIPES");
+        EXPECT_EQ(CCatalogueTransfer(*manager, steps).SendCatalog(*metadata), 0);
+        EXPECT_EQ(steps.items, 2);
+    }
+    EXPECT_THAT(Names(), ElementsAre(u"1", u"2"));
+
+    EXPECT_EQ(Add(Leaf(u"2", u"new")), 1);
+    EXPECT_EQ(Add(Leaf(u"3", u"new")), 1);
+    {
+        const Platform::InterruptionGuard guard;
+        StopAtSecond steps;
+        EXPECT_EQ(CCatalogueTransfer(*manager, steps).LoadCatalogs(VisibleCatalogues(), 1), 0);
+        EXPECT_EQ(steps.items, 2);
+    }
+    EXPECT_EQ(SavedOutline(u"PIPES"), u"1 2 3");
 }
 
 } // namespace
