@@ -318,4 +318,35 @@ TEST_F(DefinitionsTransfer, WhatIsWrongWithTheDeclarationsIsAWarning) {
                                                    ", line 2: a repository needs a tag"));
 }
 
+TEST_F(DefinitionsTransfer, TheProgramMovesThemWithEverythingElse) {
+    Keep(ana, "  <definition id=\"a\" name=\"A\"/>\n  <definition id=\"b\"/>\n");
+    const auto sent = DocumentOf(ana.Zebx({"push", "--json"}));
+    EXPECT_EQ(sent["result"]["selections"].back()["selection"], "items");
+    EXPECT_EQ(sent["result"]["selections"].back()["stored"], 2);
+    const auto fetched = DocumentOf(ivan.Zebx({"pull", "--json"}));
+    EXPECT_EQ(fetched["result"]["selections"].back()["selection"], "items");
+    EXPECT_EQ(fetched["result"]["selections"].back()["items"], 2);
+    EXPECT_EQ(Bytes(File(ivan)), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" + Bytes(File(ana)));
+}
+
+TEST_F(DefinitionsTransfer, TheProgramsStatusTellsOfAFileThatIsNone) {
+    Keep(ana, "<definition id='a'/>");
+    Write(File(ana, "VALVE_DEFINITIONS"), "<definitions>");
+    const Ended push = ana.Zebx({"push", "items"});
+    EXPECT_EQ(push.status, 9) << push;
+    EXPECT_THAT(push.err, HasSubstr(File(ana, "VALVE_DEFINITIONS").string() + ", line 1: "));
+    EXPECT_EQ(ana.Zebx({"push", "items:PIPE_DEFINITIONS"}).status, 0);
+    Write(File(ivan), "<definitions>");
+    EXPECT_EQ(ivan.Zebx({"pull", "items"}).status, 9);
+    EXPECT_EQ(Bytes(File(ivan)), "<definitions>");
+}
+
+TEST_F(DefinitionsTransfer, TheProgramRefusesATagThatIsNotDeclared) {
+    for (const char* verb : {"push", "pull"}) {
+        const Ended run = ana.Zebx({verb, "items:PIPE"});
+        EXPECT_EQ(run.status, 2) << run;
+        EXPECT_THAT(run.err, HasSubstr("items:PIPE_DEFINITIONS"));
+    }
+}
+
 } // namespace
