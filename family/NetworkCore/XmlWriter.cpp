@@ -47,7 +47,7 @@ void XmlLayout::Break(XmlWriter& writer) const {
 
 void XmlWriter::Break(int level) {
     m_text += u'\n';
-    m_text.append(static_cast<std::size_t>(2 * level), u' ');
+    m_text.append(2 * static_cast<std::size_t>(level), u' ');
 }
 
 void XmlWriter::Attribute(CStringView name, CStringView value) {
