@@ -87,7 +87,7 @@ TEST_F(CatalogueItems, NoItemGivesAnEmptyRecord) {
 }
 
 TEST_F(CatalogueItems, FilesOnTheWayOutComeFromTheFileManagerThatTheMetadataNames) {
-    DeclareCatalogues(workstation, {{.reference = u"PIPES", .fileManagerId = u"Drawings"}});
+    DeclareCatalogues(workstation, {Declared(u"PIPES", u"Drawings")});
     const auto fileManager = ReplaceFileManager(u"Drawings");
     ReplaceFileManager(u"PIPES"); // is not asked
     const File file = Stored(u"a.dwg", "a");
@@ -99,15 +99,14 @@ TEST_F(CatalogueItems, FilesOnTheWayOutComeFromTheFileManagerThatTheMetadataName
 }
 
 TEST_F(CatalogueItems, WithoutTheFlagNoFileManagerIsAskedOnTheWayOut) {
-    DeclareCatalogues(workstation, {{.reference = u"PIPES", .fileManagerId = u"Drawings"}});
+    DeclareCatalogues(workstation, {Declared(u"PIPES", u"Drawings")});
     ReplaceFileManager(u"Drawings");
     const auto record = manager.Transform2NetCatalogItem(u"PIPES", u"", Leaf(u"{1}", u"x"), 0);
     EXPECT_THAT(*record->GetFiles(), IsEmpty());
 }
 
 TEST_F(CatalogueItems, NoFilesGoOutForAnUnknownTagOrNoManagerOrOneThatIsNotRegistered) {
-    DeclareCatalogues(workstation, {{.reference = u"PLAIN"},
-                                    {.reference = u"PIPES", .fileManagerId = u"Drawings"}});
+    DeclareCatalogues(workstation, {Declared(u"PLAIN"), Declared(u"PIPES", u"Drawings")});
     ReplaceFileManager(u"UNKNOWN");
     ReplaceFileManager(u"PIPES");
     for (const char16_t* tag : {u"UNKNOWN", u"PLAIN", u"PIPES"}) {
@@ -125,7 +124,7 @@ TEST_F(CatalogueItems, AManagerWithoutAnIdIsNotAskedForAnUnknownTag) {
 }
 
 TEST_F(CatalogueItems, AFileManagerThatThrowsLeavesAnEmptyRecordAndNothingIsSent) {
-    DeclareCatalogues(workstation, {{.reference = u"PIPES", .fileManagerId = u"Drawings"}});
+    DeclareCatalogues(workstation, {Declared(u"PIPES", u"Drawings")});
     const auto fileManager = ReplaceFileManager(u"Drawings");
     EXPECT_CALL(*fileManager, GetFiles(_, _)).Times(2).WillRepeatedly(Throw(std::bad_alloc()));
     EXPECT_CALL(backend, AddCatalogItem(_)).Times(0);
@@ -169,7 +168,7 @@ TEST_F(CatalogueItems, NoRecordAndNoItemAsContentGiveAnEmptyItem) {
 }
 
 TEST_F(CatalogueItems, FilesOnTheWayInGoToTheFileManagerOfTheTagAndNotOfTheMetadata) {
-    DeclareCatalogues(workstation, {{.reference = u"PIPES", .fileManagerId = u"Drawings"}});
+    DeclareCatalogues(workstation, {Declared(u"PIPES", u"Drawings")});
     ReplaceFileManager(u"Drawings"); // is not asked: kept
     const auto fileManager = ReplaceFileManager(u"PIPES");
     const auto record = Record(u"{1}");
@@ -269,7 +268,7 @@ TEST_F(CatalogueItems, AnUnknownIdAndContentThatIsNoItemGiveAnEmptyItem) {
 }
 
 TEST_F(CatalogueItems, AddingSendsTheRecordWithItsFilesAndGivesTheBackendsResult) {
-    DeclareCatalogues(workstation, {{.reference = u"PIPES", .fileManagerId = u"Drawings"}});
+    DeclareCatalogues(workstation, {Declared(u"PIPES", u"Drawings")});
     const auto fileManager = ReplaceFileManager(u"Drawings");
     const auto item = Leaf(u"{1}", u"Cijev");
     for (const int answer : {1, 0, 42, -3}) {

@@ -47,7 +47,7 @@ protected:
 };
 
 TEST_F(CatalogueLoad, RowsAreEveryCatalogueThatIsNotHiddenInTheRegistrysOrderNotTicked) {
-    DeclareCatalogues(workstation, {Named(u"Z"), Hidden(u"H"), Named(u"A")});
+    DeclareCatalogues(workstation, {Declared(u"Z"), Hidden(u"H"), Declared(u"A")});
     const auto rows = VisibleCatalogues();
     ASSERT_EQ(rows.size(), 2U);
     EXPECT_EQ(rows[0].metadata->GetCatalogReference(), u"Z");
@@ -64,7 +64,7 @@ TEST_F(CatalogueLoad, WithoutRowsNothingIsDone) {
 }
 
 TEST_F(CatalogueLoad, WalksDepthFirstInTheRepositorysOrderWithFilesItemByItem) {
-    DeclareCatalogues(workstation, {Named(u"PIPES")});
+    DeclareCatalogues(workstation, {Declared(u"PIPES")});
     const NetItem z = GroupRecord(u"z"), y = Record(u"y", u"z"), g = GroupRecord(u"g", u"z"),
                   x = Record(u"x", u"g"), a = Record(u"a");
     {
@@ -97,7 +97,7 @@ TEST_F(CatalogueLoad, WalksDepthFirstInTheRepositorysOrderWithFilesItemByItem) {
 }
 
 TEST_F(CatalogueLoad, TheTraceTellsOfTheLoadAndOfEachItem) {
-    DeclareCatalogues(workstation, {Named(u"PIPES")});
+    DeclareCatalogues(workstation, {Declared(u"PIPES")});
     NetIs({Record(u"a")});
     EXPECT_EQ(LoadAll(), 1);
     const std::string load = "DlgTabCatalogs CDlgTabCatalogs::LoadCatalogs ";
@@ -117,7 +117,7 @@ TEST_F(CatalogueLoad, TheTraceTellsOfTheLoadAndOfEachItem) {
 }
 
 TEST_F(CatalogueLoad, ReplacesTheLocalItemOfTheSameGuidWithAllBelowItAndLeavesTheOthers) {
-    DeclareCatalogues(workstation, {Named(u"PIPES")});
+    DeclareCatalogues(workstation, {Declared(u"PIPES")});
     MakeCatalogue(u"PIPES", {Group(u"g", u"old", {Leaf(u"local", u"below")}),
                              Group(u"mine", u"mine", {Leaf(u"x", u"old-x")})});
     NetIs({GroupRecord(u"g"), Record(u"x", u"g")});
@@ -126,7 +126,7 @@ TEST_F(CatalogueLoad, ReplacesTheLocalItemOfTheSameGuidWithAllBelowItAndLeavesTh
 }
 
 TEST_F(CatalogueLoad, LoadingTwiceLeavesEachItemOnce) {
-    DeclareCatalogues(workstation, {Named(u"PIPES")});
+    DeclareCatalogues(workstation, {Declared(u"PIPES")});
     NetIs({GroupRecord(u"g"), Record(u"x", u"g"), Record(u"a")});
     EXPECT_EQ(LoadAll(), 1);
     EXPECT_EQ(LoadAll(), 1);
@@ -135,7 +135,7 @@ TEST_F(CatalogueLoad, LoadingTwiceLeavesEachItemOnce) {
 }
 
 TEST_F(CatalogueLoad, TheParentOfAPlacedItemIsTheGroupThatHoldsIt) {
-    DeclareCatalogues(workstation, {Named(u"PIPES")});
+    DeclareCatalogues(workstation, {Declared(u"PIPES")});
     NetIs({GroupRecord(u"g"), Record(u"x", u"g")});
     EXPECT_EQ(LoadAll(), 1);
     const auto catalogue = CCatalogManager::Instance()->GetCatalog(u"PIPES", 1);
@@ -144,7 +144,7 @@ TEST_F(CatalogueLoad, TheParentOfAPlacedItemIsTheGroupThatHoldsIt) {
 }
 
 TEST_F(CatalogueLoad, AnItemWithoutALocalFormIsTracedAndLeftOutAndItsChildrenGoToTheTopLevel) {
-    DeclareCatalogues(workstation, {Named(u"PIPES")});
+    DeclareCatalogues(workstation, {Declared(u"PIPES")});
     NetIs({GroupRecord(u"bad"), Record(u"x", u"bad"), Record(u"a")});
     net.at(u"bad")->SetItemContent(u"no item");
     EXPECT_EQ(LoadAll(), 1);
@@ -157,7 +157,7 @@ TEST_F(CatalogueLoad, AnItemWithoutALocalFormIsTracedAndLeftOutAndItsChildrenGoT
 }
 
 TEST_F(CatalogueLoad, AnItemThatTheCatalogueDoesNotTakeIsLeftOutAndTheLocalOneStays) {
-    DeclareCatalogues(workstation, {Named(u"PIPES")});
+    DeclareCatalogues(workstation, {Declared(u"PIPES")});
     MakeCatalogue(u"PIPES", {Leaf(u"taken", u"mine"), Group(u"g", u"old", {Leaf(u"y", u"y")})});
     NetIs({GroupRecord(u"g"), Record(u"x", u"g"), Record(u"a")});
     // Its content brings a member along whose GUID is taken.
@@ -168,7 +168,8 @@ TEST_F(CatalogueLoad, AnItemThatTheCatalogueDoesNotTakeIsLeftOutAndTheLocalOneSt
 }
 
 TEST_F(CatalogueLoad, OnlyRowsTickedExactlyAreLoadedUnlessAllAre) {
-    DeclareCatalogues(workstation, {Named(u"A"), Named(u"B"), Named(u"C"), Named(u"D")});
+    DeclareCatalogues(workstation,
+                      {Declared(u"A"), Declared(u"B"), Declared(u"C"), Declared(u"D")});
     NetIs({});
     auto rows = VisibleCatalogues();
     rows[1].checkState = 1;
@@ -182,7 +183,7 @@ TEST_F(CatalogueLoad, OnlyRowsTickedExactlyAreLoadedUnlessAllAre) {
 }
 
 TEST_F(CatalogueLoad, WithNoRowTickedNothingIsLoaded) {
-    DeclareCatalogues(workstation, {Named(u"PIPES")});
+    DeclareCatalogues(workstation, {Declared(u"PIPES")});
     ExpectAccessible(1);
     EXPECT_EQ(transfer.LoadCatalogs(VisibleCatalogues(), 0), 1);
     EXPECT_EQ(log.Lines(), Lines{});
@@ -190,7 +191,7 @@ TEST_F(CatalogueLoad, WithNoRowTickedNothingIsLoaded) {
 }
 
 TEST_F(CatalogueLoad, ARowWithoutMetadataIsPassedOver) {
-    DeclareCatalogues(workstation, {Named(u"PIPES")});
+    DeclareCatalogues(workstation, {Declared(u"PIPES")});
     NetIs({});
     auto rows = VisibleCatalogues();
     rows.insert(rows.begin(), CatalogueRow{{}, 1});
@@ -200,8 +201,8 @@ TEST_F(CatalogueLoad, ARowWithoutMetadataIsPassedOver) {
 }
 
 TEST_F(CatalogueLoad, StopsAtTheThirdOfFiveCataloguesWithTheFirstTwoSaved) {
-    DeclareCatalogues(workstation,
-                      {Named(u"A"), Named(u"B"), Named(u"C"), Named(u"D"), Named(u"E")});
+    DeclareCatalogues(workstation, {Declared(u"A"), Declared(u"B"), Declared(u"C"), Declared(u"D"),
+                                    Declared(u"E")});
     NetIs({Record(u"x")});
     goneAfter = 3 + 3 + 2; // its row and its first item's turn are the third's last answers
     EXPECT_EQ(LoadAll(), 0);
@@ -214,7 +215,7 @@ TEST_F(CatalogueLoad, StopsAtTheThirdOfFiveCataloguesWithTheFirstTwoSaved) {
 }
 
 TEST_F(CatalogueLoad, StopsWhereverItIsWhenTheRepositoryGoesAwayAndSavesNothing) {
-    DeclareCatalogues(workstation, {Named(u"PIPES")});
+    DeclareCatalogues(workstation, {Declared(u"PIPES")});
     NetIs({GroupRecord(u"g"), GroupRecord(u"h", u"g"), Record(u"x", u"h"), Record(u"a")});
     const CString placed[] = {u"", u"", u"", u"g", u"g", u"g(h)", u"g(h)", u"g(h(x))", u"g(h(x))"};
     for (int answers = 0; answers < 9; ++answers) {
@@ -231,7 +232,7 @@ TEST_F(CatalogueLoad, StopsWhereverItIsWhenTheRepositoryGoesAwayAndSavesNothing)
 }
 
 TEST_F(CatalogueLoad, ALocalCatalogueThatCannotBeReadStaysAndTheNextRowFollows) {
-    DeclareCatalogues(workstation, {Named(u"BAD"), Named(u"GOOD")});
+    DeclareCatalogues(workstation, {Declared(u"BAD"), Declared(u"GOOD")});
     NetIs({Record(u"x")});
     Write(CatalogueFile(workstation, "BAD"), "<catalogue");
     EXPECT_FALSE(CCatalogManager::Instance()->GetCatalog(u"BAD", 1));
@@ -245,7 +246,7 @@ TEST_F(CatalogueLoad, ALocalCatalogueThatCannotBeReadStaysAndTheNextRowFollows) 
 }
 
 TEST_F(CatalogueLoad, ACatalogueThatCannotBeSavedIsAFailureInsteadOfASuccess) {
-    DeclareCatalogues(workstation, {Named(u"A"), Named(u"B")});
+    DeclareCatalogues(workstation, {Declared(u"A"), Declared(u"B")});
     NetIs({Record(u"x")});
     std::filesystem::create_directories(CatalogueFile(workstation, "A"));
     std::filesystem::create_directories(CatalogueFile(workstation, "B").parent_path());
@@ -266,7 +267,7 @@ TEST_F(CatalogueLoad, ACatalogueThatCannotBeSavedIsAFailureInsteadOfASuccess) {
 }
 
 TEST_F(CatalogueLoad, AGroupThatCannotBeListedKeepsTheCatalogueFromBeingSaved) {
-    DeclareCatalogues(workstation, {Named(u"PIPES"), Named(u"NEXT")});
+    DeclareCatalogues(workstation, {Declared(u"PIPES"), Declared(u"NEXT")});
     MakeCatalogue(u"PIPES", {Group(u"g", u"g", {Leaf(u"x", u"x")})});
     NetIs({GroupRecord(u"g"), Record(u"a")});
     notListed = u"g";
@@ -277,7 +278,7 @@ TEST_F(CatalogueLoad, AGroupThatCannotBeListedKeepsTheCatalogueFromBeingSaved) {
 }
 
 TEST_F(CatalogueLoad, AListThatFailsBecauseTheRepositoryWentAwayIsAStop) {
-    DeclareCatalogues(workstation, {Named(u"PIPES")});
+    DeclareCatalogues(workstation, {Declared(u"PIPES")});
     const InSequence order;
     ExpectAccessible(1);
     ExpectList(nullptr, {}, 0);
@@ -287,7 +288,7 @@ TEST_F(CatalogueLoad, AListThatFailsBecauseTheRepositoryWentAwayIsAStop) {
 }
 
 TEST_F(CatalogueLoad, AnEmptyHandleAmongTheChildrenIsPassedOver) {
-    DeclareCatalogues(workstation, {Named(u"PIPES")});
+    DeclareCatalogues(workstation, {Declared(u"PIPES")});
     const NetItem a = Record(u"a");
     const InSequence order;
     ExpectAccessible(1);
@@ -301,7 +302,7 @@ TEST_F(CatalogueLoad, AnEmptyHandleAmongTheChildrenIsPassedOver) {
 }
 
 TEST_F(CatalogueLoad, AGroupThatHoldsItselfComesToAnEnd) {
-    DeclareCatalogues(workstation, {Named(u"PIPES")});
+    DeclareCatalogues(workstation, {Declared(u"PIPES")});
     NetIs({GroupRecord(u"g"), GroupRecord(u"h", u"g"), Record(u"x", u"h")});
     below[u"h"].insert(below[u"h"].begin(), net.at(u"g"));
     EXPECT_EQ(LoadAll(), 1);
@@ -310,7 +311,7 @@ TEST_F(CatalogueLoad, AGroupThatHoldsItselfComesToAnEnd) {
 }
 
 TEST_F(CatalogueLoad, WhatLiesBelow200GroupsIsLeftOut) {
-    DeclareCatalogues(workstation, {Named(u"PIPES")});
+    DeclareCatalogues(workstation, {Declared(u"PIPES")});
     std::vector<NetItem> records;
     CString parent;
     for (int level = 1; level <= 202; ++level) {

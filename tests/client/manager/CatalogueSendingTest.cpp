@@ -16,11 +16,7 @@ namespace {
 
 class CatalogueSending : public CatalogueTransferTest {
 protected:
-    CatalogueSending() {
-        auto pipes = Named(u"PIPES");
-        pipes.fileManagerId = u"Drawings";
-        DeclareCatalogues(workstation, {pipes});
-    }
+    CatalogueSending() { DeclareCatalogues(workstation, {Declared(u"PIPES", u"Drawings")}); }
 
     int Send() {
         return transfer.SendCatalog(*CCatalogManager::Instance()->GetCatalogMetadata(u"PIPES"));

@@ -73,9 +73,7 @@ protected:
         CString text;
         EXPECT_EQ(Administration().Connect(u"sqlite:" + Path(), true, text), Storage::Problem::None)
             << testing::PrintToString(text);
-        DeclareCatalogues(
-            station,
-            {{.reference = u"PIPES", .names = {{u"en", u"Pipes"}}, .fileManagerId = u"Drawings"}});
+        DeclareCatalogues(station, {Declared(u"PIPES", u"Drawings")});
     }
 
     CString Path() const { return station.Folder().Path() + u"repository.db"; }
@@ -262,7 +260,7 @@ TEST_F(CatalogueStorage, AGroupOfWhichAPageIsDamagedIsToldAndDoesNotReplaceTheLo
     EXPECT_EQ(lines[linesBefore + 1],
               (WorkspaceLines::Line{
                   4, Platform::Fill(ZEBGis::CModuleConfiguration::Instance()->GetMsg(22004),
-                                    {u"Pipes"})}));
+                                    {u"Name of PIPES"})}));
     EXPECT_EQ(BytesOfFile(CatalogueFile(station, "PIPES")), before);
 }
 

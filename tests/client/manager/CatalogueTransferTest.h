@@ -11,7 +11,6 @@
 #include "platform/text/Numbers.h"
 
 using ZEBGis::Data::CCatalogManager;
-using ZEBGis::Data::CCatalogMetadata;
 
 // Notes each step as a word.
 class NotedSteps : public Repository::ICatalogueSteps {
@@ -38,14 +37,8 @@ class CatalogueTransferTest : public ManagerTest {
 protected:
     using NetItem = boost::shared_ptr<Repository::CNetCatalogueItem>;
 
-    static CCatalogMetadata::Declaration Named(const CString& reference) {
-        CCatalogMetadata::Declaration declaration;
-        declaration.reference = reference;
-        declaration.names = {{u"en", u"Name of " + reference}};
-        return declaration;
-    }
-    static CCatalogMetadata::Declaration Hidden(const CString& reference) {
-        auto declaration = Named(reference);
+    static CatalogueDeclaration Hidden(const CString& reference) {
+        auto declaration = Declared(reference);
         declaration.hidden = true;
         return declaration;
     }

@@ -9,10 +9,9 @@
 
 using ZEBGis::Data::CCatalog;
 using ZEBGis::Data::CCatalogManager;
-using ZEBGis::Data::CCatalogMetadata;
 
 void DeclareCatalogues(const Workstation& workstation,
-                       const std::vector<CCatalogMetadata::Declaration>& catalogues) {
+                       const std::vector<CatalogueDeclaration>& catalogues) {
     CString xml = u"<catalogues>\n";
     for (const auto& catalogue : catalogues) {
         xml += u"<catalogue reference=\"" + catalogue.reference + u"\"";

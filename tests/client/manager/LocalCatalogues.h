@@ -7,9 +7,20 @@
 
 #include <boost/make_shared.hpp>
 
+using CatalogueDeclaration = ZEBGis::Data::CCatalogMetadata::Declaration;
+
+// With "Name of <reference>" as its English name.
+inline CatalogueDeclaration Declared(const CString& reference, const CString& fileManagerId = {}) {
+    CatalogueDeclaration declaration;
+    declaration.reference = reference;
+    declaration.names = {{u"en", u"Name of " + reference}};
+    declaration.fileManagerId = fileManagerId;
+    return declaration;
+}
+
 // Replaces the support folder's declarations of catalogues.
 void DeclareCatalogues(const Workstation& workstation,
-                       const std::vector<ZEBGis::Data::CCatalogMetadata::Declaration>& catalogues);
+                       const std::vector<CatalogueDeclaration>& catalogues);
 
 // The file of a local catalogue.
 std::filesystem::path CatalogueFile(const Workstation& workstation, const std::string& reference);

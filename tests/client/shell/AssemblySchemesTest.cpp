@@ -21,7 +21,7 @@ class AssemblySchemes : public testing::Test {
 protected:
     AssemblySchemes() {
         std::filesystem::create_directories(Drawing("").parent_path());
-        DeclareCatalogues(installation, {{.reference = kCatalogue}});
+        DeclareCatalogues(installation, {Declared(kCatalogue)});
         Platform::SetPromptWriter([this](CStringView text) { m_printed.append(text); });
     }
     ~AssemblySchemes() override { Platform::SetPromptWriter({}); }
