@@ -38,6 +38,9 @@ using Tell = std::function<void(const Diagnosis&)>;
 
 // Program, folders, settings and texts of this workstation.
 void ExamineStation(const Tell& tell);
+// What is declared, and whether the local files of it can be read.
+void ExamineCatalogues(const Tell& tell);
+void ExamineDefinitions(const Tell& tell);
 // Plug-in and repository, as far as they can be reached.
 void ExamineRepository(Patient& patient, const Tell& tell);
 // Room on the disks and the clock; what needs the repository is left out without one.

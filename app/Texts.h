@@ -45,6 +45,11 @@ enum class Message : int {
     TitleItems = 21815,
     ItemsInIt = 21816,
     MayNotBeKept = 21818,
+    DoctorCatalogues = 21820,
+    DoctorDefinitions = 21821,
+    DeclaredWithItems = 21822,
+    AdviceDeclaration = 21823,
+    AdviceUnreadCatalogue = 21824,
 
     // catalogue
     BadCatalogueAction = 21830,

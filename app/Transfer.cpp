@@ -6,6 +6,8 @@
 #include "app/Texts.h"
 
 #include "ZEBXGisCore/ModuleConfiguration.h"
+#include "ZEBXGisCore/RepositoryManager.h"
+#include "ZEBXNetworkCore/CatalogManager.h"
 #include "ZEBXRepositoryClient/LocalContent.h"
 #include "platform/host/FileSteps.h"
 #include "platform/host/Interruption.h"
@@ -58,6 +60,20 @@ void NoteThatItWasStopped(TransferResult& result, const Selected& selected) {
     result.problem = ExitStatus::Interrupted;
 }
 
+// A declaration that was not understood hides what it declares.
+void TellDeclarationProblems(const std::vector<Selected>& selection) {
+    for (const Selected& selected : selection) {
+        if (!HoldsItems(selected.group))
+            continue;
+        const auto& problems =
+            selected.group == Group::Catalogues
+                ? ZEBGis::Data::CCatalogManager::Instance()->GetRegistryProblems()
+                : ZEBGis::CRepositoryManager::Instance()->GetDeclarationProblems();
+        for (const CString& problem : problems)
+            Log(MessageWarning, problem);
+    }
+}
+
 CString ShownSeconds(double seconds) {
     const auto hundredths = static_cast<std::int64_t>(seconds * 100);
     const CString fraction = Platform::ToText(hundredths % 100);
@@ -80,6 +96,7 @@ TransferResult Transfer(Session& session, const OpenStorage& storage,
     TransferResult result;
     TakeProblem(storage); // older ones are none of ours
     Repository::TakeUnreadFiles();
+    TellDeclarationProblems(selection);
     session.terminal.Note(Text(Message::NotePlugin, {storage.plugin.file}));
     const Platform::InterruptionGuard interruptible;
     Progress progress(session.terminal);

@@ -88,6 +88,8 @@ ExitStatus RunDoctor(Session& session, const Invocation&) {
     Findings findings(session);
     const Tell tell = [&findings](const Diagnosis& diagnosis) { findings.Tell(diagnosis); };
     ExamineStation(tell);
+    ExamineCatalogues(tell);
+    ExamineDefinitions(tell);
     Patient patient{*Repository::CRepositoryStorageManager::Instance(), {}, {}};
     ExamineRepository(patient, tell);
     ExamineSurroundings(patient, tell);

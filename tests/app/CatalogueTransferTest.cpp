@@ -215,6 +215,25 @@ TEST_F(CatalogueTransfer, AFolderInAFilesPlaceIsALocalFailure) {
     EXPECT_EQ(Bytes(File(ivan, "hydrant.pdf")), "sheet");
 }
 
+TEST_F(CatalogueTransfer, AWrongDeclarationIsAWarning) {
+    WriteParts();
+    Write(ana.Support() / "Catalogues.xml",
+          std::string("<catalogues><catalogue reference=\"a/b\"/>") + (kDeclaration + 13));
+    const Ended push = ana.Zebx({"push", "catalogues"});
+    EXPECT_EQ(push.status, 0) << push;
+    EXPECT_THAT(push.err, AllOf(HasSubstr("Warning"), HasSubstr("Catalogues.xml, line 1"),
+                                HasSubstr("\"a/b\"")));
+}
+
+TEST_F(CatalogueTransfer, DoctorReadsEveryCatalogueAndItsDeclaration) {
+    WriteParts();
+    EXPECT_THAT(ana.Zebx({"doctor"}).out, HasSubstr("Catalogues: declared: 6, items here: 4"));
+    WriteCatalogue("<catalogue");
+    const Ended run = ana.Zebx({"doctor"});
+    EXPECT_EQ(run.status, 9) << run;
+    EXPECT_THAT(run.out, AllOf(HasSubstr("TEST_CATALOG.xml"), HasSubstr(".previous.xml")));
+}
+
 TEST_F(CatalogueTransfer, AnUnknownCatalogueIsAUsageErrorWithASuggestion) {
     const Ended run = ana.Zebx({"push", "catalogue:TEST_CATALOGUE"});
     EXPECT_EQ(run.status, 2) << run;
