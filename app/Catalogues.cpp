@@ -6,7 +6,6 @@
 #include "ZEBXRepositoryClient/CatalogueTransfer.h"
 #include "ZEBXWorkspaceCore/WsManager.h"
 #include "platform/host/FileSteps.h"
-#include "platform/text/Windows1250.h"
 
 #include <algorithm>
 
@@ -37,17 +36,12 @@ private:
     bool m_leftOut = false;
 };
 
-// A storage that keeps the records' text forms has windows-1250 alone for their texts; only
-// one with an administration is known to keep everything.
-void WarnOfLetters(const CCatalogItem& item) {
-    const auto check = [&item](const CString& text) {
-        if (Platform::FromAnsi(Platform::ToAnsi(text)) != text)
+// The text form of a record has name and GUID as they stand, and whoever keeps that form would
+// read these characters as markup.  A storage with an administration is known not to.
+void WarnOfMarkup(const CCatalogItem& item) {
+    for (const CString& text : {item.GetName(), item.GetGUID()}) {
+        if (text.find_first_of(u"\"<&") != CString::npos)
             Log(MessageWarning, Text(Message::MayNotBeKept, {item.GetName(), text}));
-    };
-    check(item.GetName());
-    for (const auto& property : item.GetProperties()) {
-        check(property->GetName());
-        check(property->GetValue().ToText());
     }
 }
 
@@ -56,7 +50,7 @@ int Send(Repository::CCatalogueTransfer& transfer, const OpenStorage& storage,
     const CString reference = metadata.GetCatalogReference();
     if (!storage.plugin.administration)
         LookAtItems(*CCatalogManager::Instance()->GetCatalog(reference.c_str(), /*load*/ 0),
-                    WarnOfLetters);
+                    WarnOfMarkup);
     return transfer.SendCatalog(metadata);
 }
 

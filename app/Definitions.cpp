@@ -6,6 +6,7 @@
 
 #include "platform/host/FileSteps.h"
 #include "platform/text/Numbers.h"
+#include "platform/text/Windows1250.h"
 
 #include <algorithm>
 
@@ -44,12 +45,22 @@ Outcome Worse(Outcome left, Outcome right) {
     return left == Outcome::Done ? right : left;
 }
 
+// The text form of a record has windows-1250 for name and configuration.  A storage with an
+// administration is known to keep every letter.
+void WarnOfLetters(const CRepositoryItem& item) {
+    for (const CString& text : {item.GetName(), item.GetXML()}) {
+        if (Platform::FromAnsi(Platform::ToAnsi(text)) != text)
+            Log(MessageWarning, Text(Message::MayNotBeKept, {item.GetName(), text}));
+    }
+}
+
 // Moves the definitions of one tag.
 class TagTransfer {
 public:
-    TagTransfer(Manager& manager, CRepositoryFactory& factory, bool wasAskedFor)
-        : m_manager(manager), m_tag(factory.GetTag()), m_name(factory.GetRepositoryName()),
-          m_factory(factory), m_wasAskedFor(wasAskedFor) {}
+    TagTransfer(const OpenStorage& storage, CRepositoryFactory& factory, bool wasAskedFor)
+        : m_manager(storage.manager), m_keepsLetters(storage.plugin.administration != nullptr),
+          m_tag(factory.GetTag()), m_name(factory.GetRepositoryName()), m_factory(factory),
+          m_wasAskedFor(wasAskedFor) {}
 
     Outcome Push() {
         CString problem;
@@ -65,6 +76,8 @@ public:
             if (i > 0 && !m_manager.IsRepositoryAccessible())
                 return Fail(Message::DefinitionsNotSent);
             CRepositoryItem* const item = items.GetAt(i);
+            if (!m_keepsLetters)
+                WarnOfLetters(*item);
             Count(m_manager.AddRepositoryItem(m_tag.c_str(), item) != 0, FileStep::ItemSent,
                   Message::ItemNotSent, *item);
         }
@@ -145,6 +158,7 @@ private:
     }
 
     Manager& m_manager;
+    bool m_keepsLetters;
     CString m_tag;
     CString m_name;
     CRepositoryFactory& m_factory;
@@ -167,7 +181,7 @@ Outcome MoveTags(const OpenStorage& storage, const std::optional<CString>& tag,
         if (!isFirst && !storage.manager.IsRepositoryAccessible())
             return Outcome::Failed;
         isFirst = false;
-        TagTransfer transfer(storage.manager, *factory, tag.has_value());
+        TagTransfer transfer(storage, *factory, tag.has_value());
         outcome = Worse(outcome, (transfer.*move)());
     }
     return outcome;
@@ -188,11 +202,11 @@ CRepositoryFactory& RequireTag(const CString& tag) {
     throw AppError(ExitStatus::Usage, text + DidYouMean(tag, known));
 }
 
-Outcome PushDefinitions(Session&, const OpenStorage& storage, const std::optional<CString>& tag) {
+Outcome PushDefinitions(const OpenStorage& storage, const std::optional<CString>& tag) {
     return MoveTags(storage, tag, &TagTransfer::Push);
 }
 
-Outcome PullDefinitions(Session&, const OpenStorage& storage, const std::optional<CString>& tag) {
+Outcome PullDefinitions(const OpenStorage& storage, const std::optional<CString>& tag) {
     return MoveTags(storage, tag, &TagTransfer::Pull);
 }
 

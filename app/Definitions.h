@@ -26,13 +26,11 @@ ZEBGis::CRepositoryFactory& RequireTag(const CString& tag);
 // their files.  A file that cannot be read and a definition that is refused are told, and the
 // others are sent.  Stops when the repository went away, which the caller tells.  A tag that was
 // asked for and has no definitions here is a warning.  Throws as RequireTag.
-Outcome PushDefinitions(Session& session, const OpenStorage& storage,
-                        const std::optional<CString>& tag);
+Outcome PushDefinitions(const OpenStorage& storage, const std::optional<CString>& tag);
 
 // Fetches the repository's definitions into the local files: those of known ids in their places,
 // the others behind them.  A tag's file is written once, when all of its definitions are here,
 // and not at all when the repository went away before.  Otherwise as PushDefinitions.
-Outcome PullDefinitions(Session& session, const OpenStorage& storage,
-                        const std::optional<CString>& tag);
+Outcome PullDefinitions(const OpenStorage& storage, const std::optional<CString>& tag);
 
 } // namespace App

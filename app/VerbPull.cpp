@@ -34,7 +34,7 @@ public:
         if (selected.group == Group::Catalogues)
             return PullCatalogues(m_session, m_storage, selected.name);
         if (selected.group == Group::Items)
-            return PullDefinitions(m_session, m_storage, selected.name);
+            return PullDefinitions(m_storage, selected.name);
         return Fetch(selected) ? Outcome::Done : Outcome::FailedHere;
     }
 

@@ -39,7 +39,7 @@ public:
         if (selected.group == Group::Catalogues)
             return PushCatalogues(m_session, m_storage, selected.name);
         if (selected.group == Group::Items)
-            return PushDefinitions(m_session, m_storage, selected.name);
+            return PushDefinitions(m_storage, selected.name);
         return SendFiles(selected);
     }
 

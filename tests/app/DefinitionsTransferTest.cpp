@@ -93,8 +93,7 @@ protected:
               "<definitions tag=\"" + tag + "\">\n" + definitions + "</definitions>\n");
     }
 
-    using Move = App::Outcome (*)(App::Session&, const App::OpenStorage&,
-                                  const std::optional<CString>&);
+    using Move = App::Outcome (*)(const App::OpenStorage&, const std::optional<CString>&);
     // Moves as the program does and gives the outcome, then the messages: "TYPE TEXT" each.
     std::vector<std::string> Do(const Station& station, Move move,
                                 const std::optional<CString>& tag, int interruptAt = 0) {
@@ -112,12 +111,7 @@ protected:
                 factory = &interrupted;
             const auto sink = boost::make_shared<FileSink>(log);
             const App::SinkGuard logging(sink);
-            std::ostringstream out;
-            App::TerminalSink terminal(out, {});
-            const App::CountingSink counter;
-            App::Json result;
-            App::Session session{out, terminal, counter, result};
-            sink->Write(NameOf(move(session, storage, tag)));
+            sink->Write(NameOf(move(storage, tag)));
         }));
         std::vector<std::string> lines = Lines(Bytes(log));
         std::rotate(lines.begin(), lines.end() - 1, lines.end());

@@ -3,6 +3,7 @@
 // plug-in, which keeps everything in memory and so needs all verbs in one process.
 #include "Content.h"
 #include "InProcess.h"
+#include "ZEBXNetworkCore/CatalogManager.h"
 #include "support/InAChildProcess.h"
 
 #include <gmock/gmock.h>
@@ -108,6 +109,40 @@ TEST_F(PluginWithoutAdministration, AFailedPushIsToldAndCounted) {
         EXPECT_EQ(push.status, 8) << push;
         EXPECT_THAT(push.err, HasSubstr("Failure: Could not be sent to the repository."));
         EXPECT_THAT(push.out, HasSubstr("ncf:002_NODE         1\n"));
+    }));
+}
+
+TEST_F(PluginWithoutAdministration, CataloguesMoveAndWhatMayBeLostIsAWarning) {
+    EXPECT_TRUE(PassesInAChildProcess([this] {
+        const std::string declaration = "<catalogues><catalogue reference=\"T\"/></catalogues>";
+        const std::string catalogue = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                                      "<catalogue reference=\"T\">\n"
+                                      "  <item guid=\"1\" name=\"2&quot; pipe\" group=\"no\"/>\n"
+                                      "</catalogue>\n";
+        Write(Support() / "Catalogues.xml", declaration);
+        Write(Support() / "Catalogues/T.xml", catalogue);
+        const Ended push = RunHere({"push", "catalogues"});
+        EXPECT_EQ(push.status, 0) << push;
+        EXPECT_THAT(push.err, HasSubstr("Warning: The item \"2\" pipe\""));
+        EXPECT_THAT(RunHere({"ls"}).out, HasSubstr("catalogue:T"));
+        EXPECT_EQ(RunHere({"diff", "catalogues"}).status, 0);
+        EXPECT_THAT(RunHere({"catalogue", "T", "show", "--tree"}).out, HasSubstr("2\" pipe\n"));
+        fs::remove(Support() / "Catalogues/T.xml");
+        // What is in memory of it would be the same again.
+        ZEBGis::Data::CCatalogManager::Instance()->Forget(u"T");
+        EXPECT_EQ(RunHere({"pull", "catalogues"}).status, 0);
+        EXPECT_EQ(Bytes(Support() / "Catalogues/T.xml"), catalogue);
+    }));
+}
+
+TEST_F(PluginWithoutAdministration, ADefinitionsLettersThatMayBeLostAreAWarning) {
+    EXPECT_TRUE(PassesInAChildProcess([this] {
+        Write(Support() / "Definitions.xml", "<definitions><repository tag=\"T\"/></definitions>");
+        Write(Support() / "Definitions/T.xml",
+              "<definitions tag=\"T\"><definition id=\"1\" name=\"труба\"/></definitions>");
+        const Ended push = RunHere({"push", "items"});
+        EXPECT_EQ(push.status, 0) << push;
+        EXPECT_THAT(push.err, HasSubstr("Warning: The item \"труба\""));
     }));
 }
 
