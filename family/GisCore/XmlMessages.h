@@ -26,6 +26,10 @@ enum class XmlMessage : int {
     NoFolder = 12011,         // the folder
     NoMemory = 12012,
 
+    NotWellFormed = 12023,
+    HasDoctype = 12024,
+    BadReference = 12026, // what stands there
+
     // A text that XML cannot carry: character, place.
     CharacterInText = 12013,
     HalfCharacter = 12014,

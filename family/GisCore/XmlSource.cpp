@@ -134,6 +134,8 @@ XmlSource::XmlSource(std::string utf8) : m_utf8(std::move(utf8)) {
     const CString problem = TextProblem(Platform::FromUtf8(m_utf8));
     if (!problem.empty())
         throw XmlFault{0, {}, problem};
+    if (const auto fault = FindXmlTextFault(m_utf8))
+        throw XmlFault{LineAt(fault->offset), {}, fault->reason};
     // Texts outside the root are read so that they are found, not passed over.
     const auto result =
         m_document.load_buffer(m_utf8.data(), m_utf8.size(),
@@ -165,8 +167,7 @@ std::size_t XmlSource::EndOf(pugi::xml_node element) const {
 }
 
 int XmlSource::LineAt(std::size_t offset) const {
-    const auto end = m_utf8.begin() + static_cast<std::ptrdiff_t>(std::min(offset, m_utf8.size()));
-    return 1 + static_cast<int>(std::count(m_utf8.begin(), end, '\n'));
+    return static_cast<int>(XmlLineAt(m_utf8, offset));
 }
 
 CString TextOf(pugi::xml_node element, const char* attribute) {

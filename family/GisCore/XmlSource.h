@@ -18,8 +18,8 @@ struct XmlFault {
 
 class XmlSource {
 public:
-    // Throws XmlFault when the text is not one element, with at most comments, processing
-    // instructions and a document type around it.
+    // Throws XmlFault when the text is not one element, with at most comments and processing
+    // instructions around it, or has anything that FindXmlTextFault finds.
     explicit XmlSource(std::string utf8);
 
     const std::string& Utf8() const { return m_utf8; }

@@ -24,9 +24,7 @@ enum class CatalogueMessage : int {
     // Reasons: the XML.
     EndsEarly = 12022,
     NotWellFormed = 12023,
-    HasDoctype = 12024,
     AttributeTwice = 12025, // attribute
-    BadReference = 12026,   // what stands there
     BesideRoot = 12027,
     WrongRoot = 12028, // element, expected element
     TooDeep = 12029,   // levels

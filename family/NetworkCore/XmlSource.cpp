@@ -9,7 +9,6 @@
 #include "platform/text/Utf8.h"
 
 #include <algorithm>
-#include <charconv>
 #include <new>
 
 namespace ZEBGis::Data {
@@ -20,29 +19,6 @@ constexpr int kMostDepth = 2 * kMostLevels;
 
 // Everything is kept, also blanks: they count inside the elements of other tools.
 constexpr unsigned kParse = pugi::parse_full | pugi::parse_ws_pcdata | pugi::parse_fragment;
-
-// Good: a character of XML, or no reference at all but text.  Foreign: a character that XML does
-// not have.  Unreadable: what the parser would take for the end of the text, or for nothing.
-enum class Reference { Good, Foreign, Unreadable };
-
-// What the reference stands for, from its "&#" to before its ";".
-Reference Classify(std::string_view digits) {
-    const int base = digits.starts_with('x') ? 16 : 10;
-    if (base == 16)
-        digits.remove_prefix(1);
-    std::uint32_t codePoint = 0;
-    const auto [end, error] =
-        std::from_chars(digits.data(), digits.data() + digits.size(), codePoint, base);
-    if (end == digits.data() || end != digits.data() + digits.size())
-        return Reference::Good;
-    const bool isHalf = codePoint >= 0xD800 && codePoint <= 0xDFFF;
-    if (error != std::errc() || codePoint == 0 || isHalf || codePoint > 0x10FFFF)
-        return Reference::Unreadable;
-    CString character;
-    if (codePoint < 0x10000)
-        character = static_cast<char16_t>(codePoint);
-    return TextProblem(character).empty() ? Reference::Good : Reference::Foreign;
-}
 
 CString TextProblemOf(const pugi::xml_node& node) {
     CString problem = TextProblem(Platform::FromUtf8(node.value()));
@@ -95,63 +71,21 @@ struct SourceCheck : pugi::xml_tree_walker {
 
 XmlSource::XmlSource(CString name, std::string utf8)
     : m_name(std::move(name)), m_utf8(std::move(utf8)) {
-    CheckReferences();
-    CheckMarkup();
+    CheckText();
     Parse();
     SourceCheck check(*this);
     m_document.traverse(check);
     CheckTopLevel();
 }
 
-// It is not asked whether a reference stands in a comment, where it means nothing.
-void XmlSource::CheckReferences() {
-    for (std::size_t at = m_utf8.find("&#"); at != std::string::npos;
-         at = m_utf8.find("&#", at + 2)) {
-        const std::size_t end = m_utf8.find_first_of(";&<\"'", at + 2);
-        if (end == std::string::npos || m_utf8[end] != ';')
-            continue;
-        const std::string_view text = std::string_view(m_utf8).substr(at, end + 1 - at);
-        const Reference reference = Classify(text.substr(2, text.size() - 3));
-        m_hasForeign = m_hasForeign || reference == Reference::Foreign;
-        if (reference == Reference::Unreadable)
-            FailAt(at, CatalogueText(CatalogueMessage::BadReference, {Platform::FromUtf8(text)}));
-    }
-}
-
-// The parser takes everything up to the next quote for a value, also whole elements.
-void XmlSource::CheckMarkup() const {
-    for (std::size_t at = m_utf8.find('<'); at != std::string::npos; at = m_utf8.find('<', at))
-        at = EndOfMarkup(at);
-}
-
-// Behind what begins with the "<" at `start`; the end of the text where its own is missing,
-// which the parser tells.
-std::size_t XmlSource::EndOfMarkup(std::size_t start) const {
-    constexpr std::pair<std::string_view, std::string_view> kKinds[] = {
-        {"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}};
-    const std::string_view markup = std::string_view(m_utf8).substr(start);
-    for (const auto& [begin, end] : kKinds)
-        if (markup.starts_with(begin))
-            return std::min(m_utf8.find(end, start + begin.size()), m_utf8.size());
-    if (markup.starts_with("<!DOCTYPE"))
-        FailAt(start, CatalogueText(CatalogueMessage::HasDoctype));
-    return EndOfTag(start);
-}
-
-std::size_t XmlSource::EndOfTag(std::size_t start) const {
-    std::size_t at = start + 1;
-    while ((at = std::min(m_utf8.find_first_of("<>\"'", at), m_utf8.size())) < m_utf8.size()) {
-        const char mark = m_utf8[at];
-        if (mark == '>')
-            return at;
-        const std::size_t end = mark == '<' ? at : m_utf8.find_first_of({mark, '<'}, at + 1);
-        if (end == std::string::npos)
-            return m_utf8.size();
-        if (m_utf8[end] == '<')
-            FailAt(end, CatalogueText(CatalogueMessage::NotWellFormed));
-        at = end + 1;
-    }
-    return at;
+void XmlSource::CheckText() {
+    const auto fault = FindXmlTextFault(m_utf8);
+    if (!fault)
+        return;
+    if (fault->kind == XmlTextFault::Kind::ForeignCharacter)
+        m_hasForeign = true; // told with its item, once these are known
+    else
+        FailAt(fault->offset, fault->reason);
 }
 
 void XmlSource::Parse() {
@@ -190,7 +124,8 @@ pugi::xml_node XmlSource::Root(const char* name) const {
 }
 
 std::int64_t XmlSource::LineOf(const pugi::xml_node& node) const {
-    return LineAt(static_cast<std::size_t>(std::max<std::ptrdiff_t>(node.offset_debug(), 0)));
+    return XmlLineAt(m_utf8,
+                     static_cast<std::size_t>(std::max<std::ptrdiff_t>(node.offset_debug(), 0)));
 }
 
 CString XmlSource::ProblemAt(const pugi::xml_node& node, CStringView reason) const {
@@ -206,13 +141,8 @@ CString XmlSource::ProblemAtItem(const pugi::xml_node& item, CStringView reason)
 }
 
 void XmlSource::FailAt(std::size_t offset, CStringView reason) const {
-    throw CatalogueError{CatalogueText(CatalogueMessage::AtLine,
-                                       {m_name, Platform::ToText(LineAt(offset)), reason})};
-}
-
-std::int64_t XmlSource::LineAt(std::size_t offset) const {
-    const auto end = m_utf8.begin() + static_cast<std::ptrdiff_t>(std::min(offset, m_utf8.size()));
-    return std::count(m_utf8.begin(), end, '\n') + 1;
+    throw CatalogueError{CatalogueText(
+        CatalogueMessage::AtLine, {m_name, Platform::ToText(XmlLineAt(m_utf8, offset)), reason})};
 }
 
 } // namespace ZEBGis::Data

@@ -34,11 +34,7 @@ public:
 private:
     friend struct SourceCheck;
     [[noreturn]] void FailAt(std::size_t offset, CStringView reason) const;
-    std::int64_t LineAt(std::size_t offset) const;
-    void CheckReferences();
-    void CheckMarkup() const;
-    std::size_t EndOfMarkup(std::size_t start) const;
-    std::size_t EndOfTag(std::size_t start) const;
+    void CheckText();
     void Parse();
     void CheckTopLevel() const;
 

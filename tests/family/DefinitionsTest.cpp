@@ -88,6 +88,18 @@ TEST_F(Definitions, AFileThatIsNoneIsToldWithItsPlace) {
                 HasSubstr("latin9"));
 }
 
+TEST_F(Definitions, WhatAReaderWouldPassOverIsToldWithItsLine) {
+    const auto with = [](const std::string& id) {
+        return "<definitions>\n<definition id='" + id + "'/></definitions>";
+    };
+    EXPECT_THAT(ReasonAgainst(with("a&#0;b")), AllOf(HasSubstr("line 2"), HasSubstr("&#0;")));
+    EXPECT_THAT(ReasonAgainst(with("a&#7;b")), AllOf(HasSubstr("line 2"), HasSubstr("&#7;")));
+    EXPECT_THAT(ReasonAgainst("<!DOCTYPE definitions>" + with("a")), HasSubstr("document type"));
+    EXPECT_THAT(ReasonAgainst("<definitions>\n<definition id='a/>\n<definition id='b'/>"
+                              "</definitions>"),
+                HasSubstr("line 3"));
+}
+
 TEST_F(Definitions, ADefinitionThatIsNoneIsToldWithItsLineAndId) {
     EXPECT_THAT(ReasonAgainst("<definitions>\n\n<definition name='x'/></definitions>"),
                 EndsWith(", line 3: a definition needs an id"));

@@ -6,7 +6,10 @@
 #include "platform/Export.h"
 #include "platform/text/Text.h"
 
+#include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace ZEBGis {
 
@@ -31,5 +34,25 @@ ZEBX_EXPORT bool WriteXmlFile(CStringView path, CStringView previousPath, std::s
 // user's language; empty when nothing does.  Such are characters that XML does not have
 // (controls but tab and line breaks, U+FFFE, U+FFFF) and halves of characters.
 ZEBX_EXPORT CString TextProblem(CStringView text);
+
+// Something in an XML text that a reader would pass over, or take for something else.
+struct XmlTextFault {
+    enum class Kind {
+        Unreadable,      // everything behind it is in doubt
+        ForeignCharacter // a reference to a character that XML does not have
+    };
+    Kind kind = Kind::Unreadable;
+    std::size_t offset = 0;
+    CString reason; // in the user's language
+};
+
+// The first Unreadable in the UTF-8 text, else the first ForeignCharacter; nothing when there is
+// none.  Unreadable are a value without its closing quote, a document type declaration, whose
+// entities nothing here would keep, and a reference to NUL, to half a character or beyond the
+// last one.  Whether the rest is well-formed is the parser's to say.
+ZEBX_EXPORT std::optional<XmlTextFault> FindXmlTextFault(std::string_view utf8);
+
+// Counted from 1; an offset behind the end gives the last line.
+ZEBX_EXPORT std::int64_t XmlLineAt(std::string_view utf8, std::size_t offset);
 
 } // namespace ZEBGis
