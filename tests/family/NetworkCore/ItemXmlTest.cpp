@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Catalogues.h"
 
+#include "platform/text/Fill.h"
 #include "platform/text/Windows1250.h"
 
 namespace ZEBGis::Data {
@@ -97,13 +98,13 @@ TEST_F(ItemXml, AValueThatDoesNotFitItsTypeReadsAsTextAndSurvives) {
                                                   {u"null", u"something"},
                                                   {u"colour", u"red"},
                                                   {u"Integer", u"1"}}) {
-        const CString xml =
-            u"<item guid=\"g\" name=\"\" group=\"no\"><property name=\"a\" type=\"" + type +
-            u"\" value=\"" + value + u"\"/></item>";
+        const CString xml = Platform::Fill(u"<item guid=\"g\" name=\"\" group=\"no\"><property "
+                                           u"name=\"a\" type=\"%s\" value=\"%s\"/></item>",
+                                           {type, value});
         const auto property = Parse(xml)->GetProperty(u"a");
         ASSERT_TRUE(property);
         EXPECT_EQ(property->GetValue(), CDataBox::OfText(value.c_str()))
-            << Platform::ToUtf8(type + u" " + value);
+            << Platform::ToUtf8(type) << " " << Platform::ToUtf8(value);
         ExpectSurvives(xml);
     }
 }
