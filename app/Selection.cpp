@@ -79,20 +79,6 @@ std::vector<CString> KeysOf(const Kinds& kinds) {
     return keys;
 }
 
-// What can be selected by name.
-std::vector<CString> KnownNames(Group group, Manager& manager) {
-    if (group == Group::FOC)
-        return KeysOf(manager.GetFOCMetadata());
-    if (group == Group::NCF)
-        return KeysOf(manager.GetNCFMetadata());
-    if (group == Group::Items)
-        return KeysOf(ZEBGis::CRepositoryManager::Instance()->GetRepositoryFactories());
-    std::vector<CString> references;
-    for (const auto& metadata : ZEBGis::Data::CCatalogManager::Instance()->GetCatalogRegistry())
-        references.push_back(metadata->GetCatalogReference());
-    return references;
-}
-
 } // namespace
 
 std::vector<Selected> ParseSelection(const std::vector<CString>& words) {
@@ -107,6 +93,21 @@ std::vector<Selected> ParseSelection(const std::vector<CString>& words) {
             selection.push_back({known.group, std::nullopt});
     }
     return selection;
+}
+
+std::vector<CString> KnownNames(Group group, Manager& manager) {
+    if (group == Group::FOC)
+        return KeysOf(manager.GetFOCMetadata());
+    if (group == Group::NCF)
+        return KeysOf(manager.GetNCFMetadata());
+    if (group == Group::GS)
+        return {};
+    if (group == Group::Items)
+        return KeysOf(ZEBGis::CRepositoryManager::Instance()->GetRepositoryFactories());
+    std::vector<CString> references;
+    for (const auto& metadata : ZEBGis::Data::CCatalogManager::Instance()->GetCatalogRegistry())
+        references.push_back(metadata->GetCatalogReference());
+    return references;
 }
 
 CString WordFor(const Selected& selected) {

@@ -29,6 +29,10 @@ struct Selected {
 // foc, ncf, gs, catalogues, items.  Throws AppError (Usage) for a word that selects nothing.
 std::vector<Selected> ParseSelection(const std::vector<CString>& words);
 
+// What of the group can be selected by name: the registered kinds, the declared catalogues and
+// tags.  None of general settings, for which every name is good.
+std::vector<CString> KnownNames(Group group, Repository::CRepositoryStorageManager& manager);
+
 // The selection as it is typed.
 CString WordFor(const Selected& selected);
 // A kind or a general-settings text as it is selected; an empty name selects the group.

@@ -4,10 +4,10 @@
 #include "app/Selection.h"
 #include "app/Verbs.h"
 
-#include "ZEBXGisCore/RepositoryManager.h"
 #include "platform/text/Utf8.h"
 
 #include <algorithm>
+#include <array>
 #include <set>
 
 namespace App {
@@ -72,13 +72,21 @@ std::vector<std::string> WordsOf(const std::string& group) {
     return words;
 }
 
+std::vector<CString> NamesIn(Group group) {
+    return KnownNames(group, *Repository::CRepositoryStorageManager::Instance());
+}
+
+// Whole groups first.
 std::vector<std::string> Selections() {
-    auto& manager = *Repository::CRepositoryStorageManager::Instance();
-    std::vector<std::string> words = {"foc", "ncf", "gs"};
-    for (const auto& [id, kind] : manager.GetFOCMetadata())
-        words.push_back(Platform::ToUtf8(WordFor(Group::FOC, id)));
-    for (const auto& [id, kind] : manager.GetNCFMetadata())
-        words.push_back(Platform::ToUtf8(WordFor(Group::NCF, id)));
+    constexpr std::array kGroups = {Group::FOC, Group::NCF, Group::GS, Group::Catalogues,
+                                    Group::Items};
+    std::vector<std::string> words;
+    for (const Group group : kGroups)
+        words.push_back(Platform::ToUtf8(WordFor(group, u"")));
+    for (const Group group : kGroups) {
+        for (const CString& name : NamesIn(group))
+            words.push_back(Platform::ToUtf8(WordFor(group, name)));
+    }
     return words;
 }
 
@@ -109,10 +117,9 @@ std::string OptionBranches() {
     return branches;
 }
 
-std::string Tags() {
+std::string TagsOf(Group group) {
     std::vector<std::string> tags;
-    auto& definitions = *ZEBGis::CRepositoryManager::Instance();
-    for (const auto& [tag, factory] : definitions.GetRepositoryFactories())
+    for (const CString& tag : NamesIn(group))
         tags.push_back(Platform::ToUtf8(tag));
     return Joined(tags, " ");
 }
@@ -175,10 +182,21 @@ _zebx() {
            Joined(Selections(), " ") + R"(" -- "$cur"))
             __ltrim_colon_completions "$cur"
             ;;
+        catalogue)
+            case $prev in
+                catalogue) COMPREPLY=($(compgen -W ")" +
+           TagsOf(Group::Catalogues) + R"(" -- "$cur")) ;;
+                show | delete) ;;
+                *)
+                    [ "${words[cword - 2]}" = catalogue ] &&
+                        COMPREPLY=($(compgen -W "show delete" -- "$cur"))
+                    ;;
+            esac
+            ;;
         items)
             case $prev in
                 items) COMPREPLY=($(compgen -W ")" +
-           Tags() + R"(" -- "$cur")) ;;
+           TagsOf(Group::Items) + R"(" -- "$cur")) ;;
                 add) _filedir ;;
                 list | show | rename | delete) ;;
                 *)

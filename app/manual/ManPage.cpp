@@ -41,7 +41,8 @@ constexpr Line kVariables[] = {
 
 constexpr Line kFiles[] = {
     {"~/.config/StudioZEB/zebx.ini", "settings"},
-    {"~/.local/share/StudioZEB/support/", "drawings, configuration files and general settings"},
+    {"~/.local/share/StudioZEB/support/",
+     "drawings, configuration files, general settings, catalogues, definitions"},
     {"~/.local/share/StudioZEB/repository.db", "the repository at the default place"},
     {"~/.local/state/StudioZEB/workspace.log", "every message of every transfer"},
 };
@@ -116,7 +117,7 @@ std::string ManPage(const std::string& date) {
     std::ostringstream page;
     page << ".\\\" Made from the program's table of verbs.\n"
          << ".TH ZEBX 1 " << date << " \"zebx " ZEBX_VERSION "\" \"User Commands\"\n"
-         << ".SH NAME\nzebx \\- move drawings and settings between a workstation and a "
+         << ".SH NAME\nzebx \\- move drawings, settings and catalogues to and from a shared "
             "repository\n"
          << ".SH SYNOPSIS\n.B zebx\n[OPTIONS] VERB [WORDS] [OPTIONS]\n"
          << ".SH DESCRIPTION\n"
