@@ -7,7 +7,6 @@
 
 using testing::EndsWith;
 using testing::HasSubstr;
-using testing::StartsWith;
 
 namespace {
 

@@ -88,8 +88,9 @@ TEST_F(CatalogueKills, AFullDiskLeavesTheCatalogueAsItWasAndTheRunDoesNotEndWell
         const FaultyEnd end =
             RunFaulty(ana, kPull, [&](FailingCalls& failing) { failing.FailNumber(i, ENOSPC); });
         EXPECT_TRUE(IsWhole());
-        if (end.status == 0)
+        if (end.status == 0) {
             EXPECT_EQ(Bytes(Parts(ana)), Pulled()) << end.err;
+        }
     }
     EXPECT_GT(tried, 0u);
 }

@@ -8,8 +8,6 @@ using namespace Repository;
 using testing::_;
 using testing::InSequence;
 using testing::IsNull;
-using testing::Property;
-using testing::Ref;
 using testing::Return;
 using testing::ReturnRef;
 using testing::StrictMock;

@@ -7,7 +7,6 @@
 using namespace Repository;
 using testing::_;
 using testing::ElementsAre;
-using testing::InSequence;
 using testing::IsEmpty;
 using testing::Return;
 using testing::Throw;
