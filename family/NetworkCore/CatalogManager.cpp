@@ -147,10 +147,11 @@ CatalogItemPtr CCatalogManager::ParseCatalogItem(const char16_t* xml, const Cata
         CStringView text = Platform::TextOf(xml);
         if (text.starts_with(u'\xFEFF'))
             text.remove_prefix(1);
-        const CString source = CatalogueText(CatalogueMessage::ItemXmlText);
         if (const CString reason = TextProblem(text); !reason.empty())
-            throw CatalogueError{CatalogueText(CatalogueMessage::AtLine, {source, u"1", reason})};
-        CatalogItemPtr item = CatalogueXml::ReadItem(XmlSource(source, Platform::ToUtf8(text)));
+            throw CatalogueError{
+                CatalogueText(CatalogueMessage::AtLine,
+                              {CatalogueText(CatalogueMessage::ItemXmlText), u"1", reason})};
+        CatalogItemPtr item = CatalogueXml::ReadItem(XmlSource({}, Platform::ToUtf8(text)));
         if (parent)
             item->SetParentItem(parent);
         return item;

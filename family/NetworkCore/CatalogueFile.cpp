@@ -29,10 +29,14 @@ CString Shown(CStringView path) {
     return Platform::FromUtf8(Platform::NativePath(path));
 }
 
+// One look at the whole text is enough while nothing is wrong; the items are looked at for the
+// one that is to be named.
 CString ReasonWhy(const CCatalog& catalog, CStringView text) {
-    if (CString problem = CatalogueXml::ProblemOf(catalog); !problem.empty())
-        return problem;
-    return TextProblem(text);
+    CString reason = TextProblem(text);
+    if (reason.empty() && !catalog.GetItembyGuid(u""))
+        return reason;
+    CString problem = CatalogueXml::ProblemOf(catalog);
+    return problem.empty() ? reason : problem;
 }
 
 } // namespace

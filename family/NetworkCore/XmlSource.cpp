@@ -130,19 +130,23 @@ std::int64_t XmlSource::LineOf(const pugi::xml_node& node) const {
 
 CString XmlSource::ProblemAt(const pugi::xml_node& node, CStringView reason) const {
     return CatalogueText(CatalogueMessage::AtLine,
-                         {m_name, Platform::ToText(LineOf(node)), reason});
+                         {Name(), Platform::ToText(LineOf(node)), reason});
 }
 
 CString XmlSource::ProblemAtItem(const pugi::xml_node& item, CStringView reason) const {
     return CatalogueText(CatalogueMessage::AtItem,
-                         {m_name, Platform::ToText(LineOf(item)),
+                         {Name(), Platform::ToText(LineOf(item)),
                           Platform::FromUtf8(item.attribute("name").value()),
                           Platform::FromUtf8(item.attribute("guid").value()), reason});
 }
 
+CString XmlSource::Name() const {
+    return m_name.empty() ? CatalogueText(CatalogueMessage::ItemXmlText) : m_name;
+}
+
 void XmlSource::FailAt(std::size_t offset, CStringView reason) const {
     throw CatalogueError{CatalogueText(
-        CatalogueMessage::AtLine, {m_name, Platform::ToText(XmlLineAt(m_utf8, offset)), reason})};
+        CatalogueMessage::AtLine, {Name(), Platform::ToText(XmlLineAt(m_utf8, offset)), reason})};
 }
 
 } // namespace ZEBGis::Data

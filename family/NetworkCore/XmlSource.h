@@ -13,11 +13,12 @@ namespace ZEBGis::Data {
 
 class XmlSource {
 public:
-    // `name` is what messages call the text, a path for instance.  Throws CatalogueError:
-    // a text that is no XML or ends in the middle, a document type declaration, an attribute
-    // twice in one element, a "<" in one (a quote is missing, mostly), a reference to what is no
-    // character of XML, anything but comments
-    // and instructions beside the one outermost element, elements nested very deep.
+    // `name` is what messages call the text, a path for instance; empty: the text of an item,
+    // which comes by the thousand and needs its name only where something is wrong.  Throws
+    // CatalogueError: a text that is no XML or ends in the middle, a document type declaration, an
+    // attribute twice in one element, a "<" in one (a quote is missing, mostly), a reference to
+    // what is no character of XML, anything but comments and instructions beside the one outermost
+    // element, elements nested very deep.
     XmlSource(CString name, std::string utf8);
 
     // The outermost element; throws CatalogueError when its name is another.
@@ -37,6 +38,8 @@ private:
     void CheckText();
     void Parse();
     void CheckTopLevel() const;
+
+    CString Name() const;
 
     CString m_name;
     std::string m_utf8;
