@@ -15,8 +15,8 @@ public:
     RepositoryState State() override;
     Problem List(std::vector<StoredFile>& files, std::vector<StoredGS>& settings,
                  CString& problemText) override;
-    Problem ListItems(std::vector<StoredItem>& catalogueItems,
-                      std::vector<StoredItem>& definitions, CString& problemText) override;
+    Problem ListItems(std::vector<StoredItem>& catalogueItems, std::vector<StoredItem>& definitions,
+                      CString& problemText) override;
     Problem Revisions(std::int64_t before, std::size_t count, std::vector<RevisionEntry>& revisions,
                       CString& problemText) override;
     Problem CheckNames(const std::vector<NamedFile>& files, CString& problemText) override;
