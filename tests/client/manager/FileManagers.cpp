@@ -10,7 +10,7 @@ struct Registry {
     friend Pointer PointerTo(Registry);
 };
 
-// An explicit instantiation may name private members (C++20, [temp.spec.general]).
+// An explicit instantiation may name private members, which C++20 allows here alone.
 template<class Tag, typename Tag::Pointer pointer>
 struct Reach {
     friend typename Tag::Pointer PointerTo(Tag) { return pointer; }
