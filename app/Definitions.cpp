@@ -21,11 +21,7 @@ using Manager = Repository::CRepositoryStorageManager;
 using Items = std::vector<std::unique_ptr<CRepositoryItem>>;
 
 std::vector<CString> KnownTags() {
-    std::vector<CString> tags;
-    auto& definitions = *ZEBGis::CRepositoryManager::Instance();
-    for (const auto& [tag, factory] : definitions.GetRepositoryFactories())
-        tags.push_back(tag);
-    return tags;
+    return KnownNames(Group::Items, *Manager::Instance());
 }
 
 // Copies: whatever happens on the way, the walk goes on over what was declared at its start.

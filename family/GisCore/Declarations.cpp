@@ -6,6 +6,7 @@
 #include "XmlSource.h"
 #include "ZEBXGisCore/XmlFile.h"
 
+#include "platform/os/FileName.h"
 #include "platform/text/CaseFold.h"
 #include "platform/text/Trim.h"
 #include "platform/text/Utf8.h"
@@ -24,18 +25,32 @@ constexpr CStringView kPrevious = u".previous";
     throw XmlFault{0, {}, Text(message, {tag, second})};
 }
 
+Message ReasonFor(Platform::FileNameFault fault) {
+    using Platform::FileNameFault;
+    switch (fault) {
+    case FileNameFault::Empty:
+        return Message::TagEmpty;
+    case FileNameFault::IsFolder:
+        return Message::TagIsFolder;
+    case FileNameFault::Separator:
+    case FileNameFault::Colon:
+        return Message::TagSeparator;
+    case FileNameFault::Control:
+        return Message::TagControl;
+    case FileNameFault::NotText:
+        return Message::TagNoText;
+    case FileNameFault::TooLong:
+        return Message::TagTooLong;
+    case FileNameFault::Reserved:
+        break;
+    }
+    return Message::TagReserved;
+}
+
 // The tag becomes the name of a file.
 void CheckTag(const CString& tag) {
-    if (tag.empty())
-        Refuse(Message::TagEmpty, tag);
-    if (tag == u"." || tag == u"..")
-        Refuse(Message::TagIsFolder, tag);
-    if (tag.find_first_of(u"/\\:") != CString::npos)
-        Refuse(Message::TagSeparator, tag);
-    if (std::ranges::any_of(tag, [](char16_t c) { return c < 32 || c == 127; }))
-        Refuse(Message::TagControl, tag);
-    if (!Platform::IsWellFormed(tag))
-        Refuse(Message::TagNoText, tag);
+    if (const auto fault = Platform::FaultOfFileName(tag))
+        Refuse(ReasonFor(*fault), tag);
     if (Platform::ToUtf8(tag).size() > kMaxTagBytes)
         Refuse(Message::TagTooLong, tag);
     // Its file would be the one that keeps what another tag's file held before.

@@ -44,7 +44,8 @@ enum class Message : int {
     TagOfThePrevious = 12085,
     TagNoText = 12086,
     TagDiffersByCase = 12087,
-    NoEntityTypes = 12088
+    NoEntityTypes = 12088,
+    TagReserved = 12089
 };
 
 // The text, with its gaps filled by `values` in turn.

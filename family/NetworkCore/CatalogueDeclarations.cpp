@@ -6,6 +6,7 @@
 #include "YesNo.h"
 
 #include "ZEBXGisCore/XmlFile.h"
+#include "platform/os/FileName.h"
 #include "platform/os/Path.h"
 #include "platform/text/CaseFold.h"
 #include "platform/text/Utf8.h"
@@ -34,11 +35,6 @@ std::vector<CString> Pieces(CStringView text, CStringView separators) {
     return pieces;
 }
 
-bool IsFolderName(CStringView name) {
-    return name != u"." && name != u".." && name.find(u':') == CStringView::npos &&
-           std::ranges::all_of(name, [](char16_t unit) { return unit >= 0x20 && unit != 0x7F; });
-}
-
 // The folder with "\" at its end; empty when it is none below the folder that it counts from.
 CString RelativeFolder(CStringView written) {
     constexpr CStringView kSeparators = u"/\\";
@@ -46,7 +42,7 @@ CString RelativeFolder(CStringView written) {
         return {};
     CString folder;
     for (const CString& name : Pieces(written, kSeparators)) {
-        if (!IsFolderName(name))
+        if (Platform::FaultOfFileName(name))
             return {};
         folder += name + u"\\";
     }

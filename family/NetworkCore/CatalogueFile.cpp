@@ -5,6 +5,7 @@
 
 #include "ZEBXGisCore/XmlFile.h"
 #include "platform/os/File.h"
+#include "platform/os/FileName.h"
 #include "platform/os/Path.h"
 #include "platform/text/CaseFold.h"
 #include "platform/text/Utf8.h"
@@ -74,12 +75,9 @@ void WriteCatalogueFile(CStringView support, CStringView reference, const CCatal
 }
 
 bool IsFileReference(CStringView reference) {
-    for (const char16_t unit : reference)
-        if (unit < 0x20 || unit == 0x7F || CStringView(u"/\\:").find(unit) != CStringView::npos)
-            return false;
     // "A.previous.xml" is what the file of "A" held before.
-    return !reference.empty() && reference != u"." && reference != u".." &&
-           TextProblem(reference).empty() && !Platform::FoldCase(reference).ends_with(kPrevious) &&
+    return !Platform::FaultOfFileName(reference) && TextProblem(reference).empty() &&
+           !Platform::FoldCase(reference).ends_with(kPrevious) &&
            Platform::ToUtf8(reference).size() + kPrevious.size() + kFile.size() <= kMostNameBytes;
 }
 

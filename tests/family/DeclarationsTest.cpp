@@ -114,6 +114,7 @@ TEST_F(Declarations, ATagThatCannotBeTheNameOfAFileIsRefused) {
                     testing::HasSubstr("holds a control character"));
     EXPECT_THAT(Platform::ToUtf8(ProblemOf("tag='" + std::string(201, 'A') + "'")),
                 testing::HasSubstr("longer than 200 bytes"));
+    EXPECT_THAT(Platform::ToUtf8(ProblemOf("tag='con'")), testing::HasSubstr("as a device"));
     EXPECT_THAT(Platform::ToUtf8(ProblemOf("tag='A.PREVIOUS'")),
                 testing::HasSubstr("ends with \".previous\""));
     EXPECT_THAT(Platform::ToUtf8(ProblemOf("tag='A' entityTypes='1,2'")),
