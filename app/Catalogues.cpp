@@ -5,7 +5,6 @@
 
 #include "ZEBXRepositoryClient/CatalogueTransfer.h"
 #include "ZEBXWorkspaceCore/WsManager.h"
-#include "platform/host/FileSteps.h"
 
 #include <algorithm>
 
@@ -17,24 +16,6 @@ using Repository::CatalogueRow;
 using ZEBGis::Data::CatalogItemPtr;
 using ZEBGis::Data::CCatalogItem;
 using ZEBGis::Data::CCatalogManager;
-
-// Tells the items on, for the line of progress and the sums, and what became of those that
-// did not arrive.
-class Steps : public Repository::ICatalogueSteps {
-public:
-    void ItemLoaded() override { Platform::TellFileStep(Platform::FileStep::ItemLoaded); }
-    void ItemSent() override { Platform::TellFileStep(Platform::FileStep::ItemSent); }
-    void ItemLeftOut(const Repository::CNetCatalogueItem& item) override {
-        Log(MessageFailure, Text(Message::ItemLeftOut,
-                                 {item.GetName(), item.GetCatalogueId(), item.GetCatalogueTag()}));
-        m_leftOut = true;
-    }
-
-    bool HasLeftOut() const { return m_leftOut; }
-
-private:
-    bool m_leftOut = false;
-};
 
 // The text form of a record has name and GUID as they stand, and whoever keeps that form would
 // read these characters as markup.  A storage with an administration is known not to.
@@ -89,8 +70,7 @@ void LookAtItems(const ZEBGis::Data::CCatalog& catalogue,
 Outcome PushCatalogues(Session& session, const OpenStorage& storage,
                        const std::optional<CString>& reference) {
     const int failuresBefore = session.log.Failures();
-    Steps steps;
-    Repository::CCatalogueTransfer transfer(storage.manager, steps);
+    Repository::CCatalogueTransfer transfer(storage.manager);
     auto& catalogues = *CCatalogManager::Instance();
     bool allSent = true;
     for (const auto& metadata : CataloguesOf(reference)) {
@@ -108,13 +88,12 @@ Outcome PushCatalogues(Session& session, const OpenStorage& storage,
 Outcome PullCatalogues(Session& session, const OpenStorage& storage,
                        const std::optional<CString>& reference) {
     const int failuresBefore = session.log.Failures();
-    Steps steps;
-    Repository::CCatalogueTransfer transfer(storage.manager, steps);
+    Repository::CCatalogueTransfer transfer(storage.manager);
     std::vector<CatalogueRow> rows;
     for (const auto& metadata : CataloguesOf(reference))
         rows.push_back({metadata, 0});
     const bool allLoaded = transfer.LoadCatalogs(rows, /*all*/ 1) != 0;
-    return OutcomeOf(!allLoaded || steps.HasLeftOut(), session.log.Failures() - failuresBefore);
+    return OutcomeOf(!allLoaded || transfer.HasLeftOut(), session.log.Failures() - failuresBefore);
 }
 
 } // namespace App

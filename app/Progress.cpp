@@ -18,18 +18,21 @@ constexpr std::array kTexts = {Message::ProgressRead, Message::ProgressStored,
 
 } // namespace
 
-Progress::Progress(TerminalSink& terminal) : m_terminal(terminal) {
+Progress::Progress(TerminalSink& terminal)
+    : m_terminal(terminal), m_formerView(ZEBGis::SetProgressView(this)) {
     Platform::SetFileStepListener([this](FileStep step) { Count(step); });
 }
 
 Progress::~Progress() {
     Platform::SetFileStepListener({});
+    ZEBGis::SetProgressView(m_formerView);
     m_terminal.ShowProgress({});
 }
 
 void Progress::Begin(const CString& selection) {
     m_selection = selection;
     m_files = {};
+    m_bar.reset();
     m_begun = Clock::now();
 }
 
@@ -43,18 +46,40 @@ void Progress::Count(FileStep step) try {
     const bool isFirst = ++m_files[static_cast<std::size_t>(step)] == 1;
     if (!m_terminal.ShowsProgress() || (!isFirst && Clock::now() - m_shown < kBetweenLines))
         return;
-    m_shown = Clock::now();
-    m_terminal.ShowProgress(Line());
+    Show();
 } catch (...) {
 }
 
+// A new position alone is shown with the next text or step: its text is still the former's.
+void Progress::Update(const ZEBGis::ProgressState& state) try {
+    const bool isNew = !m_bar || m_bar->text != state.text;
+    m_bar = state;
+    if (isNew && m_terminal.ShowsProgress())
+        Show();
+} catch (...) {
+}
+
+void Progress::Show() {
+    m_shown = Clock::now();
+    m_terminal.ShowProgress(Line());
+}
+
 CString Progress::Line() const {
-    CString line = m_selection + u":";
+    CString line = Title();
     for (std::size_t i = 0; i < kTexts.size(); ++i) {
         if (m_files[i] > 0)
             line += u"  " + Text(kTexts[i], {Platform::ToText(m_files[i])});
     }
     return line + u"  " + Platform::ToText(static_cast<int>(Seconds())) + u" s";
+}
+
+CString Progress::Title() const {
+    if (!m_bar)
+        return m_selection + u":";
+    if (m_bar->text.empty())
+        return m_bar->caption + u":";
+    return Text(Message::ProgressPosition,
+                {m_bar->text, Platform::ToText(m_bar->position + 1), Platform::ToText(m_bar->to)});
 }
 
 } // namespace App

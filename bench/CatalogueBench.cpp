@@ -11,10 +11,12 @@
 #include "ZEBXNetworkCore/CatalogManager.h"
 #include "ZEBXRepositoryClient/CatalogueTransfer.h"
 #include "ZEBXRepositoryClient/RepositoryStorageManager.h"
+#include "platform/host/FileSteps.h"
 #include "platform/os/File.h"
 #include "platform/text/Numbers.h"
 #include "platform/text/Utf8.h"
 
+#include <array>
 #include <boost/make_shared.hpp>
 #include <chrono>
 #include <cstdio>
@@ -145,11 +147,22 @@ void CollectRecords(const std::vector<CatalogItemPtr>& items,
 }
 
 // Counts what a transfer moved, as a program that shows progress does.
-struct Counts : ICatalogueSteps {
-    void ItemLoaded() override { ++loaded; }
-    void ItemSent() override { ++sent; }
-    std::size_t loaded = 0;
-    std::size_t sent = 0;
+class Counts {
+public:
+    Counts() {
+        Platform::SetFileStepListener(
+            [this](Platform::FileStep step) { ++m_items[static_cast<std::size_t>(step)]; });
+    }
+    ~Counts() { Platform::SetFileStepListener({}); }
+    Counts(const Counts&) = delete;
+    Counts& operator=(const Counts&) = delete;
+
+    std::size_t Of(Platform::FileStep step) const {
+        return m_items[static_cast<std::size_t>(step)];
+    }
+
+private:
+    std::array<std::size_t, Platform::kFileSteps> m_items{}; // by FileStep
 };
 
 class CatalogueBench {
@@ -174,21 +187,21 @@ public:
     }
 
     double Push() {
-        Counts counts;
-        const double seconds = SecondsOf(
-            [&] { Require(Transfer(counts).SendCatalog(*Metadata()), "the push failed"); });
-        Require(counts.sent == m_count, "not every item was sent");
+        const Counts counts;
+        const double seconds =
+            SecondsOf([&] { Require(Transfer().SendCatalog(*Metadata()), "the push failed"); });
+        Require(counts.Of(Platform::FileStep::ItemSent) == m_count, "not every item was sent");
         return seconds;
     }
 
     // Into an empty catalogue, and saved.
     double Pull() {
         m_catalogues.Forget(kReference);
-        Counts counts;
+        const Counts counts;
         const double seconds = SecondsOf([&] {
-            Require(Transfer(counts).LoadCatalogs({{Metadata(), 1}}, 1), "the pull failed");
+            Require(Transfer().LoadCatalogs({{Metadata(), 1}}, 1), "the pull failed");
         });
-        Require(counts.loaded == m_count, "not every item was loaded");
+        Require(counts.Of(Platform::FileStep::ItemLoaded) == m_count, "not every item was loaded");
         return seconds;
     }
 
@@ -211,8 +224,8 @@ private:
         return catalogue;
     }
     CatalogMetadataPtr Metadata() { return m_catalogues.GetCatalogMetadata(kReference); }
-    CCatalogueTransfer Transfer(Counts& counts) {
-        return {*CRepositoryStorageManager::Instance(), counts};
+    CCatalogueTransfer Transfer() {
+        return CCatalogueTransfer(*CRepositoryStorageManager::Instance());
     }
 
     CCatalogManager& m_catalogues = *CCatalogManager::Instance();

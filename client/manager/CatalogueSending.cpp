@@ -8,13 +8,13 @@
 #include "ZEBXRepositoryClient/RepositoryStorageManager.h"
 #include "client/util/Border.h"
 #include "client/util/Trace.h"
+#include "platform/host/FileSteps.h"
 #include "platform/text/Fill.h"
 
 namespace Repository {
 namespace {
 
 using ZEBGis::Data::CatalogItemPtr;
-using ZEBGis::Data::CCatalogItem;
 using ZEBGis::Data::CCatalogManager;
 using ZEBGis::Data::CCatalogMetadata;
 using ZEBGis::Workspace::MessageFailure;
@@ -26,10 +26,9 @@ constexpr const char* kSource = ".\\DlgTabAdmin";
 
 class CatalogueSending {
 public:
-    CatalogueSending(CRepositoryStorageManager& manager, ICatalogueSteps& steps,
-                     const CCatalogMetadata& metadata)
-        : m_manager(manager), m_steps(steps), m_metadata(metadata),
-          m_reference(metadata.GetCatalogReference()), m_name(metadata.GetCatalogNameUI()) {}
+    CatalogueSending(CRepositoryStorageManager& manager, const CCatalogMetadata& metadata)
+        : m_manager(manager), m_metadata(metadata), m_reference(metadata.GetCatalogReference()),
+          m_name(metadata.GetCatalogNameUI()) {}
 
     // Whether every item was accepted and the repository stayed accessible.
     bool SendCatalogToNetRepo();
@@ -37,10 +36,8 @@ public:
 private:
     // The item and all below it; false when the repository became inaccessible.
     bool AddCatalogItemToNetrepo(const CatalogItemPtr& item);
-    void TellNotSent(const CCatalogItem& item);
 
     CRepositoryStorageManager& m_manager;
-    ICatalogueSteps& m_steps;
     const CCatalogMetadata& m_metadata;
     const CString m_reference;
     const CString m_name;
@@ -67,30 +64,25 @@ bool CatalogueSending::AddCatalogItemToNetrepo(const CatalogItemPtr& item) {
         return true;
     const int isAdded = m_manager.AddCatalogItem(m_reference.c_str(), m_name.c_str(), item, 1);
     if (isAdded)
-        m_steps.ItemSent();
+        Platform::TellFileStep(Platform::FileStep::ItemSent);
     if (!m_manager.IsRepositoryAccessible())
         return false;
     // For the trace alone, and so in one language: kept.
     const CString text = (isAdded ? u"Dodan item: " : u"Nije dodan item: ") + item->GetName();
     trace.WriteValue("(LPCSTR)_tochar(strMsg)", text.c_str());
     if (!isAdded)
-        TellNotSent(*item);
+        m_isAllAccepted = false;
     for (const CatalogItemPtr& subItem : item->GetSortedSubItems())
         if (!AddCatalogItemToNetrepo(subItem))
             return false;
     return true;
 }
 
-void CatalogueSending::TellNotSent(const CCatalogItem& item) {
-    m_isAllAccepted = false;
-    m_steps.ItemNotSent(item);
-}
-
 } // namespace
 
 int CCatalogueTransfer::SendCatalog(const CCatalogMetadata& metadata) {
     return AtBorder(0, [&] {
-        const bool isSent = CatalogueSending(m_manager, m_steps, metadata).SendCatalogToNetRepo();
+        const bool isSent = CatalogueSending(m_manager, metadata).SendCatalogToNetRepo();
         const CString text =
             ZEBGis::CModuleConfiguration::Instance()->GetMsg(isSent ? kMsgSent : kMsgNotSent);
         LogLine(isSent ? MessageSuccess : MessageFailure,

@@ -5,9 +5,11 @@
 #include "CatalogueSteps.h"
 #include "TransferSteps.h"
 
+#include "ZEBXGisCore/CoreProgressBar.h"
 #include "ZEBXRepositoryClient/RepositoryStorageManager.h"
 #include "client/util/Border.h"
 #include "client/util/Trace.h"
+#include "platform/host/FileSteps.h"
 #include "platform/text/Fill.h"
 
 #include <algorithm>
@@ -15,10 +17,10 @@
 namespace Repository {
 namespace {
 
+using ZEBGis::CCoreProgressBar;
 using ZEBGis::CModuleConfiguration;
 using ZEBGis::Data::CatalogItemPtr;
 using ZEBGis::Data::CatalogPtr;
-using ZEBGis::Data::CCatalogItem;
 using ZEBGis::Data::CCatalogManager;
 using ZEBGis::Data::CCatalogMetadata;
 using ZEBGis::Workspace::MessageFailure;
@@ -26,10 +28,12 @@ using ZEBGis::Workspace::MessageSuccess;
 using NetItemPtr = boost::shared_ptr<CNetCatalogueItem>;
 
 constexpr int kMsgCatalogues = 350;
+constexpr int kMsgLoading = 8530;
 constexpr int kMsgLoaded = 10372;
 constexpr int kMsgNotRead = 22002;
 constexpr int kMsgNotSaved = 22003;
 constexpr int kMsgNotListed = 22004;
+constexpr int kMsgLeftOut = 22005;
 constexpr const char* kSource = ".\\DlgTabCatalogs";
 // So deep a catalogue goes.
 constexpr std::size_t kMostLevels = 200;
@@ -45,13 +49,14 @@ enum class Walk {
 // One catalogue on its way from the repository.
 class CatalogueLoad {
 public:
-    CatalogueLoad(CRepositoryStorageManager& manager, ICatalogueSteps& steps, CString reference,
-                  CatalogPtr catalogue)
-        : m_manager(manager), m_steps(steps), m_reference(std::move(reference)),
-          m_catalogue(std::move(catalogue)) {}
+    CatalogueLoad(CRepositoryStorageManager& manager, CString reference, CatalogPtr catalogue)
+        : m_manager(manager), m_reference(std::move(reference)), m_catalogue(std::move(catalogue)) {
+    }
 
     // Places `record` (none: the top level) below `parent`, and then all below it.
     Walk LoadCatalogItems(const CNetCatalogueItem* record, const CatalogItemPtr& parent);
+
+    bool HasLeftOut() const { return m_hasLeftOut; }
 
 private:
     Walk Children(const CNetCatalogueItem* record, const CatalogItemPtr& parent);
@@ -59,12 +64,13 @@ private:
     bool Place(const CatalogItemPtr& item, const CatalogItemPtr& parent);
     int Add(const CatalogItemPtr& item, const CatalogItemPtr& parent);
     bool MayGoBelow(const CNetCatalogueItem& record) const;
+    void TellLeftOut(const CNetCatalogueItem& record);
 
     CRepositoryStorageManager& m_manager;
-    ICatalogueSteps& m_steps;
     const CString m_reference;
     const CatalogPtr m_catalogue;
     std::vector<CString> m_path; // the groups that the walk is in, by id
+    bool m_hasLeftOut = false;
 };
 
 Walk CatalogueLoad::LoadCatalogItems(const CNetCatalogueItem* record,
@@ -80,9 +86,9 @@ Walk CatalogueLoad::LoadCatalogItems(const CNetCatalogueItem* record,
             !Place(ptrItemFromNet, parent))
             ptrItemFromNet.reset(); // what is below it has to be in the catalogue
         if (ptrItemFromNet)
-            m_steps.ItemLoaded();
+            Platform::TellFileStep(Platform::FileStep::ItemLoaded);
         else
-            m_steps.ItemLeftOut(*record);
+            TellLeftOut(*record);
         if (!record->GetIsGroup())
             return Walk::Whole;
         m_path.push_back(record->GetCatalogueId());
@@ -108,7 +114,7 @@ Walk CatalogueLoad::Children(const CNetCatalogueItem* record, const CatalogItemP
         if (!child)
             continue;
         if (!MayGoBelow(*child))
-            m_steps.ItemLeftOut(*child);
+            TellLeftOut(*child);
         else
             walk = std::max(walk, LoadCatalogItems(child.get(), parent));
         if (walk == Walk::Stopped)
@@ -144,6 +150,13 @@ bool CatalogueLoad::MayGoBelow(const CNetCatalogueItem& record) const {
            std::ranges::find(m_path, record.GetCatalogueId()) == m_path.end();
 }
 
+void CatalogueLoad::TellLeftOut(const CNetCatalogueItem& record) {
+    m_hasLeftOut = true;
+    LogLine(MessageFailure,
+            Platform::Fill(CModuleConfiguration::Instance()->GetMsg(kMsgLeftOut),
+                           {record.GetName(), record.GetCatalogueId(), m_reference}));
+}
+
 void LogLoaded(const CCatalogMetadata& metadata) {
     LogLine(MessageSuccess,
             Platform::Fill(u"%s: '%s'", {CModuleConfiguration::Instance()->GetMsg(kMsgLoaded),
@@ -166,13 +179,6 @@ void LogCatalogueFailure(int msgNum, const CCatalogMetadata& metadata, const CSt
     LogLine(MessageFailure, Platform::Fill(text, {metadata.GetCatalogNameUI(), reason}));
 }
 
-void ICatalogueSteps::SetPosition(int) {}
-void ICatalogueSteps::SetText(const CString&) {}
-void ICatalogueSteps::ItemLoaded() {}
-void ICatalogueSteps::ItemSent() {}
-void ICatalogueSteps::ItemLeftOut(const CNetCatalogueItem&) {}
-void ICatalogueSteps::ItemNotSent(const CCatalogItem&) {}
-
 std::vector<CatalogueRow> VisibleCatalogues() {
     return AtBorder(std::vector<CatalogueRow>(), [] {
         std::vector<CatalogueRow> rows;
@@ -186,23 +192,28 @@ std::vector<CatalogueRow> VisibleCatalogues() {
 int CCatalogueTransfer::LoadCatalogs(const std::vector<CatalogueRow>& rows, int all) {
     return AtBorder(0, [&] {
         const TraceScope trace(kSource, __LINE__, "CDlgTabCatalogs::LoadCatalogs");
+        CCoreProgressBar progress;
+        progress.SetCaption(CModuleConfiguration::Instance()->GetMsg(kMsgLoading).c_str());
+        progress.SetRange(0, static_cast<int>(rows.size()));
+        progress.Show();
         for (std::size_t row = 0; row < rows.size(); ++row) {
-            m_steps.SetPosition(static_cast<int>(row));
+            progress.SetPos(static_cast<int>(row));
             if (!m_manager.IsRepositoryAccessible())
-                return 0;
+                return 0; // the bar stays, kept: it shows where the load stopped
             if (!all && rows[row].checkState != 1)
                 continue;
             if (!rows[row].metadata)
                 continue;
+            progress.SetText(ProgressText(*rows[row].metadata).c_str());
             if (!LoadCatalogue(*rows[row].metadata))
                 return 0;
         }
+        progress.Hide();
         return 1;
     });
 }
 
 bool CCatalogueTransfer::LoadCatalogue(const CCatalogMetadata& metadata) {
-    m_steps.SetText(ProgressText(metadata));
     const CString reference = metadata.GetCatalogReference();
     const auto catalogues = CCatalogManager::Instance();
     const CatalogPtr catalogue = catalogues->GetCatalog(reference.c_str(), 1);
@@ -210,8 +221,9 @@ bool CCatalogueTransfer::LoadCatalogue(const CCatalogMetadata& metadata) {
         LogCatalogueNotRead(metadata);
         return true;
     }
-    CatalogueLoad load(m_manager, m_steps, reference, catalogue);
+    CatalogueLoad load(m_manager, reference, catalogue);
     const Walk walk = load.LoadCatalogItems(nullptr, {});
+    m_hasLeftOut |= load.HasLeftOut();
     // A list also fails because the repository went away.
     if (walk == Walk::Stopped || (walk == Walk::NotListed && !m_manager.IsRepositoryAccessible()))
         return false;

@@ -42,6 +42,17 @@ TEST_F(CatalogueTransfer, ACatalogueArrivesWithItsFiles) {
     EXPECT_EQ(Bytes(File(ivan, "hydrant.pdf")), "sheet");
 }
 
+TEST_F(CatalogueTransfer, TheLineOfProgressSaysWhichCatalogueOfHowManyItIs) {
+    WriteParts();
+    Push();
+    const Ended pull = ivan.Zebx({"pull", "catalogues", "--progress", "always"});
+    EXPECT_EQ(pull.status, 0) << pull;
+    // Two of this test and those that the installation declares.
+    EXPECT_THAT(pull.err, testing::ContainsRegex("Catalogues: Test parts \\([0-9] of [0-9]\\)"));
+    EXPECT_THAT(pull.err, testing::ContainsRegex("Test parts \\(.*\\)  1 items loaded  0 s"));
+    EXPECT_THAT(pull.err, HasSubstr("Catalogues: Other parts ("));
+}
+
 TEST_F(CatalogueTransfer, PushingAgainMakesNoRevision) {
     WriteParts();
     Push();

@@ -10,24 +10,6 @@ namespace Repository {
 
 class CRepositoryStorageManager;
 
-// Told of the steps of a transfer, for whoever shows them.  Nothing may throw.
-class ZEBX_EXPORT ICatalogueSteps {
-public:
-    // The row that the load has come to, and the text that a progress bar shows for it.
-    virtual void SetPosition(int row);
-    virtual void SetText(const CString& text);
-    // An item was put into the local catalogue / accepted by the repository.
-    virtual void ItemLoaded();
-    virtual void ItemSent();
-    // An item of the repository has no local form or found no place, and was left out.
-    virtual void ItemLeftOut(const CNetCatalogueItem& item);
-    // The repository did not accept an item.
-    virtual void ItemNotSent(const ZEBGis::Data::CCatalogItem& item);
-
-protected:
-    ~ICatalogueSteps() = default;
-};
-
 // A row of the list of catalogues.
 struct CatalogueRow {
     ZEBGis::Data::CatalogMetadataPtr metadata;
@@ -37,11 +19,12 @@ struct CatalogueRow {
 // The rows of every catalogue that is not hidden, in the registry's order, not ticked.
 ZEBX_EXPORT std::vector<CatalogueRow> VisibleCatalogues();
 
+// Each item that was put into the local catalogue or accepted by the repository is a file step
+// (platform/host/FileSteps.h).
 class ZEBX_EXPORT CCatalogueTransfer {
 public:
-    // Both must outlive the transfer.
-    CCatalogueTransfer(CRepositoryStorageManager& manager, ICatalogueSteps& steps)
-        : m_manager(manager), m_steps(steps) {}
+    // The manager must outlive the transfer.
+    explicit CCatalogueTransfer(CRepositoryStorageManager& manager) : m_manager(manager) {}
 
     // Loads the catalogues of the rows, all of them or those whose check state is exactly 1:
     // puts every item of the repository into the local catalogue in the repository's order,
@@ -50,10 +33,13 @@ public:
     // next row follows, for a local catalogue that cannot be read, which is left as it is; for
     // one that cannot be saved; and for one of which the repository did not list a group's
     // items, which is not saved, because the group's local items were replaced with it.  Items
-    // below 200 groups, the most that a catalogue takes, or below themselves are left out.
+    // without a local form, items that the local catalogue does not take, and items below 200
+    // groups, the most that a catalogue takes, or below themselves are left out, with a line of
+    // failure each.  The progress bar shows the rows.
     //
     // Returns 0 when the repository became inaccessible: the load stopped there without a
-    // line, and the catalogue being loaded is not saved; its items so far stay in memory.
+    // line and with the progress bar as it was, and the catalogue being loaded is not saved; its
+    // items so far stay in memory.
     int LoadCatalogs(const std::vector<CatalogueRow>& rows, int all);
 
     // Sends every item of a local catalogue, parents before children, with its files; also
@@ -62,12 +48,15 @@ public:
     // every item was accepted and the repository stayed accessible to the end.
     int SendCatalog(const ZEBGis::Data::CCatalogMetadata& metadata);
 
+    // Whether a load has left an item out.
+    bool HasLeftOut() const { return m_hasLeftOut; }
+
 private:
     // Loads one; false when the repository became inaccessible.
     bool LoadCatalogue(const ZEBGis::Data::CCatalogMetadata& metadata);
 
     CRepositoryStorageManager& m_manager;
-    ICatalogueSteps& m_steps;
+    bool m_hasLeftOut = false;
 };
 
 } // namespace Repository

@@ -60,7 +60,12 @@ TEST_F(CatalogueLoad, WithoutRowsNothingIsDone) {
     DeclareCatalogues(workstation, {Hidden(u"H")});
     EXPECT_EQ(LoadAll(), 1);
     EXPECT_EQ(log.Lines(), Lines{});
-    EXPECT_THAT(steps.Take(), IsEmpty());
+}
+
+TEST_F(CatalogueLoad, WithoutRowsTheProgressBarIsShownAndHidden) {
+    DeclareCatalogues(workstation, {Hidden(u"H")});
+    EXPECT_EQ(LoadAll(), 1);
+    EXPECT_THAT(steps.Take(), ElementsAre(Loading(0), u"hidden"));
 }
 
 TEST_F(CatalogueLoad, WalksDepthFirstInTheRepositorysOrderWithFilesItemByItem) {
@@ -92,8 +97,9 @@ TEST_F(CatalogueLoad, WalksDepthFirstInTheRepositorysOrderWithFilesItemByItem) {
     EXPECT_EQ(LoadAll(), 1);
     EXPECT_EQ(SavedOutline(u"PIPES"), u"z(y g(x)) a");
     EXPECT_EQ(log.Lines(), Lines{Loaded(u"Name of PIPES")});
-    EXPECT_THAT(steps.Take(), ElementsAre(u"0", Msg(350) + u": Name of PIPES", u"loaded", u"loaded",
-                                          u"loaded", u"loaded", u"loaded"));
+    EXPECT_THAT(steps.Take(),
+                ElementsAre(Loading(1), u"0", Msg(350) + u": Name of PIPES", u"loaded", u"loaded",
+                            u"loaded", u"loaded", u"loaded", u"hidden"));
 }
 
 TEST_F(CatalogueLoad, TheTraceTellsOfTheLoadAndOfEachItem) {
@@ -152,8 +158,9 @@ TEST_F(CatalogueLoad, AnItemWithoutALocalFormIsTracedAndLeftOutAndItsChildrenGoT
     EXPECT_THAT(trace.Lines(), testing::Contains("DlgTabCatalogs CDlgTabCatalogs::LoadCatalogItems "
                                                  "Failed verification:  'ptrItemFromNet.get()!=0'")
                                    .Times(1));
-    EXPECT_THAT(steps.Take(), ElementsAre(_, _, u"left out bad", u"loaded", u"loaded"));
-    EXPECT_EQ(log.Lines(), Lines{Loaded(u"Name of PIPES")});
+    EXPECT_THAT(steps.Take(), ElementsAre(_, _, _, u"loaded", u"loaded", u"hidden"));
+    EXPECT_EQ(log.Lines(), (Lines{LeftOut(u"bad"), Loaded(u"Name of PIPES")}));
+    EXPECT_TRUE(transfer.HasLeftOut());
 }
 
 TEST_F(CatalogueLoad, AnItemThatTheCatalogueDoesNotTakeIsLeftOutAndTheLocalOneStays) {
@@ -164,7 +171,9 @@ TEST_F(CatalogueLoad, AnItemThatTheCatalogueDoesNotTakeIsLeftOutAndTheLocalOneSt
     net.at(u"g")->SetItemContent(XmlOf(*Group(u"g", u"g", {Leaf(u"taken", u"other")})).c_str());
     EXPECT_EQ(LoadAll(), 1);
     EXPECT_EQ(SavedOutline(u"PIPES"), u"mine old(y) x a");
-    EXPECT_THAT(steps.Take(), ElementsAre(_, _, u"left out g", u"loaded", u"loaded"));
+    EXPECT_THAT(steps.Take(), ElementsAre(_, _, _, u"loaded", u"loaded", u"hidden"));
+    EXPECT_EQ(log.Lines(), (Lines{LeftOut(u"g"), Loaded(u"Name of PIPES")}));
+    EXPECT_TRUE(transfer.HasLeftOut());
 }
 
 TEST_F(CatalogueLoad, OnlyRowsTickedExactlyAreLoadedUnlessAllAre) {
@@ -177,7 +186,8 @@ TEST_F(CatalogueLoad, OnlyRowsTickedExactlyAreLoadedUnlessAllAre) {
     rows[3].checkState = -1;
     EXPECT_EQ(transfer.LoadCatalogs(rows, 0), 1);
     EXPECT_EQ(log.Lines(), Lines{Loaded(u"Name of B")});
-    EXPECT_THAT(steps.Take(), ElementsAre(u"0", u"1", Msg(350) + u": Name of B", u"2", u"3"));
+    EXPECT_THAT(steps.Take(), ElementsAre(Loading(4), u"0", u"1", Msg(350) + u": Name of B", u"2",
+                                          u"3", u"hidden"));
     EXPECT_EQ(transfer.LoadCatalogs(rows, 1), 1);
     EXPECT_EQ(log.Lines().size(), 5U);
 }
@@ -197,7 +207,8 @@ TEST_F(CatalogueLoad, ARowWithoutMetadataIsPassedOver) {
     rows.insert(rows.begin(), CatalogueRow{{}, 1});
     EXPECT_EQ(transfer.LoadCatalogs(rows, 1), 1);
     EXPECT_EQ(log.Lines(), Lines{Loaded(u"Name of PIPES")});
-    EXPECT_THAT(steps.Take(), ElementsAre(u"0", u"1", Msg(350) + u": Name of PIPES"));
+    EXPECT_THAT(steps.Take(),
+                ElementsAre(Loading(2), u"0", u"1", Msg(350) + u": Name of PIPES", u"hidden"));
 }
 
 TEST_F(CatalogueLoad, StopsAtTheThirdOfFiveCataloguesWithTheFirstTwoSaved) {
@@ -212,6 +223,9 @@ TEST_F(CatalogueLoad, StopsAtTheThirdOfFiveCataloguesWithTheFirstTwoSaved) {
     for (const char* reference : {"C", "D", "E"})
         EXPECT_FALSE(std::filesystem::exists(CatalogueFile(workstation, reference))) << reference;
     EXPECT_EQ(steps.Take().back(), Msg(350) + u": Name of C");
+    ASSERT_TRUE(steps.Shown()); // the progress bar stays, kept
+    EXPECT_EQ(steps.Shown()->position, 2);
+    EXPECT_EQ(steps.Shown()->to, 5);
 }
 
 TEST_F(CatalogueLoad, StopsWhereverItIsWhenTheRepositoryGoesAwayAndSavesNothing) {
@@ -224,10 +238,13 @@ TEST_F(CatalogueLoad, StopsWhereverItIsWhenTheRepositoryGoesAwayAndSavesNothing)
         EXPECT_EQ(LoadAll(), 0) << answers;
         EXPECT_EQ(Shown(), placed[answers]) << answers;
         EXPECT_FALSE(std::filesystem::exists(CatalogueFile(workstation, "PIPES")));
+        EXPECT_TRUE(steps.Shown()) << answers;
     }
     EXPECT_EQ(log.Lines(), Lines{});
     goneAfter = 9; // the last answer was needed
     EXPECT_EQ(LoadAll(), 1);
+    EXPECT_FALSE(steps.Shown());
+    EXPECT_FALSE(transfer.HasLeftOut());
     EXPECT_EQ(SavedOutline(u"PIPES"), u"g(h(x)) a");
 }
 
@@ -307,7 +324,8 @@ TEST_F(CatalogueLoad, AGroupThatHoldsItselfComesToAnEnd) {
     below[u"h"].insert(below[u"h"].begin(), net.at(u"g"));
     EXPECT_EQ(LoadAll(), 1);
     EXPECT_EQ(SavedOutline(u"PIPES"), u"g(h(x))");
-    EXPECT_THAT(steps.Take(), ElementsAre(_, _, u"loaded", u"loaded", u"left out g", u"loaded"));
+    EXPECT_THAT(steps.Take(), ElementsAre(_, _, _, u"loaded", u"loaded", u"loaded", u"hidden"));
+    EXPECT_EQ(log.Lines(), (Lines{LeftOut(u"g"), Loaded(u"Name of PIPES")}));
 }
 
 TEST_F(CatalogueLoad, WhatLiesBelow200GroupsIsLeftOut) {
@@ -322,7 +340,7 @@ TEST_F(CatalogueLoad, WhatLiesBelow200GroupsIsLeftOut) {
     EXPECT_EQ(LoadAll(), 1);
     const auto taken = steps.Take();
     EXPECT_EQ(std::count(taken.begin(), taken.end(), u"loaded"), 200);
-    EXPECT_EQ(taken.back(), u"left out g201");
+    EXPECT_EQ(log.Lines(), (Lines{LeftOut(u"g201"), Loaded(u"Name of PIPES")}));
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include "ZEBXRepositoryClient/StorageBackend.h"
 #include "ZEBXRepositoryStorage/RepositoryAdministration.h"
 #include "client/manager/LocalCatalogues.h"
+#include "platform/host/FileSteps.h"
 #include "platform/host/Interruption.h"
 #include "platform/os/Module.h"
 #include "platform/text/Fill.h"
@@ -48,8 +49,6 @@ public:
 private:
     CString m_id;
 };
-
-class UntoldSteps : public ICatalogueSteps {};
 
 Storage::RepositoryAdministration& Administration() {
     const auto module = Platform::LoadModule(Platform::PathFromNative(ZEBX_SQL_PLUGIN));
@@ -224,8 +223,7 @@ TEST_F(CatalogueStorage, AWholeCatalogueWithItsFilesGoesFromStationToStation) {
                   {Group(u"z", u"z", {Leaf(u"y", u"y"), Group(u"h", u"h", {Leaf(u"x", u"x")})}),
                    Leaf(u"a", u"a")});
     Manager(u"Drawings").outgoing[u"x"] = {File(u"x.dwg", "drawing")};
-    UntoldSteps steps;
-    CCatalogueTransfer transfer(*manager, steps);
+    CCatalogueTransfer transfer(*manager);
     const auto metadata = CCatalogManager::Instance()->GetCatalogMetadata(u"PIPES");
     EXPECT_NE(transfer.SendCatalog(*metadata), 0);
     EXPECT_EQ(Revision(), 5); // each item is one
@@ -246,8 +244,7 @@ TEST_F(CatalogueStorage, AGroupOfWhichAPageIsDamagedIsToldAndDoesNotReplaceTheLo
         members.push_back(Leaf(u"member-" + Platform::ToText(number), padding));
     MakeCatalogue(u"PIPES", {Group(u"g", u"g", members)});
     const std::string before = BytesOfFile(CatalogueFile(station, "PIPES"));
-    UntoldSteps steps;
-    CCatalogueTransfer transfer(*manager, steps);
+    CCatalogueTransfer transfer(*manager);
     EXPECT_NE(transfer.SendCatalog(*CCatalogManager::Instance()->GetCatalogMetadata(u"PIPES")), 0);
     CCatalogManager::Instance()->Forget(u"PIPES");
     const std::size_t linesBefore = log.Lines().size();
@@ -269,33 +266,30 @@ TEST_F(CatalogueStorage, AGroupOfWhichAPageIsDamagedIsToldAndDoesNotReplaceTheLo
 }
 
 TEST_F(CatalogueStorage, TheUsersWishToStopIsHeardAfterTheItemUnderWay) {
-    struct StopAtSecond : ICatalogueSteps {
-        void ItemSent() override { Count(); }
-        void ItemLoaded() override { Count(); }
-        void Count() {
+    int items = 0;
+    Platform::SetFileStepListener([&](Platform::FileStep step) {
+        if (step == Platform::FileStep::ItemSent || step == Platform::FileStep::ItemLoaded)
             if (++items == 2)
                 Platform::RequestInterruption();
-        }
-        int items = 0;
-    };
+    });
     MakeCatalogue(u"PIPES", {Leaf(u"1", u"1"), Leaf(u"2", u"2"), Leaf(u"3", u"3")});
     {
         const Platform::InterruptionGuard guard;
-        StopAtSecond steps;
         const auto metadata = CCatalogManager::Instance()->GetCatalogMetadata(u"PIPES");
-        EXPECT_EQ(CCatalogueTransfer(*manager, steps).SendCatalog(*metadata), 0);
-        EXPECT_EQ(steps.items, 2);
+        EXPECT_EQ(CCatalogueTransfer(*manager).SendCatalog(*metadata), 0);
+        EXPECT_EQ(items, 2);
     }
     EXPECT_THAT(Names(), ElementsAre(u"1", u"2"));
 
     EXPECT_EQ(Add(Leaf(u"2", u"new")), 1);
     EXPECT_EQ(Add(Leaf(u"3", u"new")), 1);
+    items = 0;
     {
         const Platform::InterruptionGuard guard;
-        StopAtSecond steps;
-        EXPECT_EQ(CCatalogueTransfer(*manager, steps).LoadCatalogs(Pipes(), 1), 0);
-        EXPECT_EQ(steps.items, 2);
+        EXPECT_EQ(CCatalogueTransfer(*manager).LoadCatalogs(Pipes(), 1), 0);
+        EXPECT_EQ(items, 2);
     }
+    Platform::SetFileStepListener({});
     EXPECT_EQ(SavedOutline(u"PIPES"), u"1 2 3");
 }
 

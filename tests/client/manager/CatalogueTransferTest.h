@@ -3,34 +3,63 @@
 // its own, the trace, the told steps, and a repository behind the scripted backend.
 #pragma once
 
+#include "ZEBXGisCore/CoreProgressBar.h"
 #include "ZEBXRepositoryClient/CatalogueTransfer.h"
 #include "client/manager/LocalCatalogues.h"
 #include "client/manager/ManagerTest.h"
 #include "client/manager/TraceLines.h"
+#include "platform/host/FileSteps.h"
 #include "platform/text/Fill.h"
 #include "platform/text/Numbers.h"
 
+#include <optional>
+
 using ZEBGis::Data::CCatalogManager;
 
-// Notes each step as a word.
-class NotedSteps : public Repository::ICatalogueSteps {
+// Notes what the progress bar shows and each item's step as a word.
+class NotedSteps : private ZEBGis::IProgressView {
 public:
-    void SetPosition(int row) override { m_steps.push_back(Platform::ToText(row)); }
-    void SetText(const CString& text) override { m_steps.push_back(text); }
-    void ItemLoaded() override { m_steps.emplace_back(u"loaded"); }
-    void ItemSent() override { m_steps.emplace_back(u"sent"); }
-    void ItemLeftOut(const Repository::CNetCatalogueItem& item) override {
-        m_steps.push_back(u"left out " + item.GetCatalogueId());
+    NotedSteps() {
+        ZEBGis::SetProgressView(this);
+        Platform::SetFileStepListener([this](Platform::FileStep step) { Note(step); });
     }
-    void ItemNotSent(const ZEBGis::Data::CCatalogItem& item) override {
-        m_steps.push_back(u"not sent " + item.GetGUID());
+    virtual ~NotedSteps() {
+        Platform::SetFileStepListener({});
+        ZEBGis::SetProgressView(nullptr);
     }
+    NotedSteps(const NotedSteps&) = delete;
+    NotedSteps& operator=(const NotedSteps&) = delete;
 
     // Since the last call.
     std::vector<CString> Take() { return std::exchange(m_steps, {}); }
+    // Of the progress bar; none while it is hidden.
+    const std::optional<ZEBGis::ProgressState>& Shown() const { return m_shown; }
 
 private:
+    void Update(const ZEBGis::ProgressState& state) override {
+        if (!m_shown)
+            m_steps.push_back(state.caption + u" of " + Platform::ToText(state.to));
+        else if (m_shown->text != state.text)
+            m_steps.push_back(state.text);
+        else
+            m_steps.push_back(Platform::ToText(state.position));
+        m_shown = state;
+    }
+    void Hide() override {
+        m_steps.emplace_back(u"hidden");
+        m_shown.reset();
+    }
+    void Note(Platform::FileStep step) {
+        if (step == Platform::FileStep::ItemLoaded)
+            m_steps.emplace_back(u"loaded");
+        else if (step == Platform::FileStep::ItemSent)
+            m_steps.emplace_back(u"sent");
+        else
+            ADD_FAILURE() << "another step";
+    }
+
     std::vector<CString> m_steps;
+    std::optional<ZEBGis::ProgressState> m_shown;
 };
 
 class CatalogueTransferTest : public ManagerTest {
@@ -77,6 +106,12 @@ protected:
             .WillRepeatedly([this](auto, const char16_t* id, auto) { return net[id]; });
     }
 
+    // What the progress bar says when it appears.
+    static CString Loading(int rows) { return Msg(8530) + u" of " + Platform::ToText(rows); }
+    static WorkspaceLines::Line LeftOut(const CString& id) {
+        return {4, Platform::Fill(Msg(22005), {id, id, u"PIPES"})};
+    }
+
     // The catalogue in memory.
     static CString ShownOutline(const char16_t* reference) {
         const auto catalogue = CCatalogManager::Instance()->GetCatalog(reference, 0);
@@ -90,7 +125,7 @@ protected:
 
     TraceLines trace{workstation};
     NotedSteps steps;
-    Repository::CCatalogueTransfer transfer{manager, steps};
+    Repository::CCatalogueTransfer transfer{manager};
 
 private:
     static NetItem RecordOf(const ZEBGis::Data::CCatalogItem& item, const CString& parent) {
