@@ -12,6 +12,16 @@ std::unique_ptr<SqlConnection> OpenRepository(const Address& address) {
     return connection;
 }
 
+std::unique_ptr<SqlConnection> LookIntoRepository(const Address& address) {
+    auto connection = OpenSqlite(address.path, {.isTrial = true});
+    CheckSchema(*connection);
+    return connection;
+}
+
+void CheckMayCreate(const Address& address) {
+    CheckMayCreateSqlite(address.path);
+}
+
 void CreateRepository(const Address& address) {
     CreateSqlite(address.path, CreateSchema);
 }

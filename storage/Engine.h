@@ -11,6 +11,12 @@ namespace Storage {
 // Never makes one.  Throws what the engine's open function does, and NewerVersion.
 std::unique_ptr<SqlConnection> OpenRepository(const Address& address);
 
+// As OpenRepository, only to look: makes no file and changes none (see SqliteOptions).
+std::unique_ptr<SqlConnection> LookIntoRepository(const Address& address);
+
+// Throws what CreateRepository would, as far as it can be told before; makes nothing.
+void CheckMayCreate(const Address& address);
+
 // Makes an empty repository, whole or not at all; what is there already is left alone.
 void CreateRepository(const Address& address);
 

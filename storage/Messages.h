@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The plug-in's messages (20000 to 20199 of the message table) and their texts.
+// The plug-in's messages (20000 to 20219 of the message table) and their texts.
 #pragma once
 
 #include "ZEBXRepositoryClient/MsgProvider.h"
@@ -102,6 +102,18 @@ enum class MessageNumber : int {
     LogBroken = 20161,           // frame
 
     OnNetwork = 20180, // path, file system
+
+    // The connection window, and the steps of a connection's test.
+    NoWindowModule = 20200,    // path, reason
+    NoWindows = 20201,         // reason
+    AddressUnderstood = 20202, // address
+    FileFound = 20203,         // path
+    WouldBeMade = 20204,       // path
+    NotThere = 20205,          // path
+    Opened = 20206,            // version of the tables, engine
+    Holds = 20207,             // revision, number of files
+    ReadAndWrite = 20208,
+    ReadOnly = 20209,
 };
 
 struct Message {

@@ -2,6 +2,8 @@
 #include "storage/SqlBackend.h"
 
 #include "platform/text/Utf8.h"
+#include "storage/ConnectionParameters.h"
+#include "storage/WindowModule.h"
 
 namespace Storage {
 
@@ -46,6 +48,8 @@ void SqlBackend::LoadSettings() {
 }
 
 int SqlBackend::ApplyConnectionParameters() {
+    if (const auto edited = std::exchange(m_edited, std::nullopt))
+        return Try([&] { m_access->Connect(edited->address, edited->create); }) ? 1 : 0;
     m_access->Disconnect();
     return IsRepositoryAccessible();
 }
@@ -162,6 +166,18 @@ int SqlBackend::DeleteCatalogItem(const char16_t* catalogueTag, const char16_t* 
 
 int SqlBackend::IsRepositoryAccessible() {
     return Do([](Store&) {});
+}
+
+int SqlBackend::EditConnectionParameters() {
+    bool isEdited = false;
+    Try([&] {
+        ConnectionParameters parameters(*m_access);
+        if (auto edited = EditInWindow(parameters)) {
+            m_edited = std::move(edited);
+            isEdited = true;
+        }
+    });
+    return isEdited ? 1 : 0;
 }
 
 } // namespace Storage

@@ -3,7 +3,10 @@
 // into lines of the workspace log.
 #pragma once
 
+#include "ZEBXRepositoryStorage/ConnectionWindow.h"
 #include "storage/RepositoryAccess.h"
+
+#include <optional>
 
 namespace Storage {
 
@@ -15,8 +18,9 @@ public:
     void SaveSettings() override;
     void LoadSettings() override;
     int GetNameMsgNum() override { return static_cast<int>(MessageNumber::DisplayName); }
+    // Connects to what was edited, or else anew.
     int ApplyConnectionParameters() override;
-    int HasConnectionParameters() override { return 0; }
+    int HasConnectionParameters() override { return 1; }
     void SetVersion(const char16_t* version) override;
 
     int IsMultipleGSSupported() override { return 1; }
@@ -49,7 +53,8 @@ public:
     int DeleteCatalogItem(const char16_t* catalogueTag, const char16_t* id) override;
 
     int IsRepositoryAccessible() override;
-    int EditConnectionParameters() override { return 0; }
+    // Shows the connection window.  1: something was edited and waits to be applied.
+    int EditConnectionParameters() override;
 
 private:
     // Runs `work`; what it throws is told.  Whether it ended.
@@ -60,6 +65,7 @@ private:
     int Do(Work work) noexcept;
 
     boost::shared_ptr<RepositoryAccess> m_access;
+    std::optional<Connection> m_edited; // not applied yet
 };
 
 } // namespace Storage

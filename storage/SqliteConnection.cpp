@@ -59,8 +59,8 @@ bool IsLeftAlone(const CString& path) {
 enum class Lifetime { Call, Longer };
 
 // Whether anybody can write to the file while it is open.  Fixed: nobody does, and no files are
-// made beside it.
-enum class Use { Shared, Fixed };
+// made beside it.  Trial: as Fixed, though whoever opened it could share it.
+enum class Use { Shared, Fixed, Trial };
 
 class SqliteConnection : public SqlConnection {
 public:
@@ -76,6 +76,8 @@ public:
     void ReservePageChecksums();
     // Leaves "-wal" and "-shm" beside the file when the last connection closes.
     void KeepSideFiles();
+    // Leaves also what "-wal" holds where it is then.
+    void KeepLog() { Set(SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1); }
 
     void BeginRead() override { Execute("BEGIN", {}); }
     // At once, so that nobody who has read must find out later that he may not write.
@@ -105,6 +107,9 @@ public:
     void End(sqlite3_stmt* statement);
 
 private:
+    void Set(int option, int value) {
+        Check(sqlite3_db_config(m_database, option, value, nullptr));
+    }
     void Harden();
     PreparedStatement& Prepare(SqlText sql);
     void Bind(PreparedStatement& statement, std::initializer_list<SqlValue> values,
@@ -174,15 +179,12 @@ void SqliteConnection::Open(int busyTimeoutMs) {
 
 // A repository is data: nothing that somebody wrote into its schema is run.
 void SqliteConnection::Harden() {
-    const auto set = [this](int option, int value) {
-        Check(sqlite3_db_config(m_database, option, value, nullptr));
-    };
-    set(SQLITE_DBCONFIG_DEFENSIVE, 1);
-    set(SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0);
-    set(SQLITE_DBCONFIG_ENABLE_TRIGGER, 0);
-    set(SQLITE_DBCONFIG_ENABLE_VIEW, 0);
-    set(SQLITE_DBCONFIG_DQS_DML, 0);
-    set(SQLITE_DBCONFIG_DQS_DDL, 0);
+    Set(SQLITE_DBCONFIG_DEFENSIVE, 1);
+    Set(SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0);
+    Set(SQLITE_DBCONFIG_ENABLE_TRIGGER, 0);
+    Set(SQLITE_DBCONFIG_ENABLE_VIEW, 0);
+    Set(SQLITE_DBCONFIG_DQS_DML, 0);
+    Set(SQLITE_DBCONFIG_DQS_DDL, 0);
 }
 
 void SqliteConnection::CheckIsRepository() {
@@ -252,7 +254,7 @@ void SqliteConnection::CheckEngine(const TellFinding& tell) {
 
 bool SqliteConnection::IsAlive() {
     // Somebody who may write came: from now on reading takes more than the file.
-    if (m_use == Use::Fixed && !IsLeftAlone(m_path))
+    if (m_use != Use::Shared && !IsLeftAlone(m_path))
         return false;
     int moved = 0;
     const int code = sqlite3_file_control(m_database, "main", SQLITE_FCNTL_HAS_MOVED, &moved);
@@ -260,8 +262,8 @@ bool SqliteConnection::IsAlive() {
 }
 
 bool SqliteConnection::MayWrite() {
-    return sqlite3_db_readonly(m_database, "main") == 0 && Platform::MayWrite(m_path) &&
-           Platform::MayWrite(FolderOf(m_path));
+    const bool takesWrites = m_use == Use::Trial || sqlite3_db_readonly(m_database, "main") == 0;
+    return takesWrites && Platform::MayWrite(m_path) && Platform::MayWrite(FolderOf(m_path));
 }
 
 CString SqliteConnection::EngineName() {
@@ -339,16 +341,23 @@ void CheckKind(const CString& path) {
                        {ShownPath(path), Platform::FromUtf8(error.message())});
 }
 
+// Why no file or folder can be made in the folder, or in the nearest one above it that exists;
+// nothing when that cannot be told beforehand.
+std::error_code WhyNothingNewIn(CString folder) {
+    // Without the separator at its end a file in a folder's place is seen.
+    while (folder.size() > 1 && !Platform::PathExists(folder))
+        folder.erase(std::max<std::size_t>(folder.rfind(u'\\'), 1));
+    if (Platform::KindOfPath(folder) != Platform::PathKind::Folder)
+        return std::make_error_code(std::errc::not_a_directory);
+    if (!Platform::MayWrite(folder))
+        return std::make_error_code(std::errc::permission_denied);
+    return {};
+}
+
 // Why the folder of a new repository could not be made.
-std::error_code WhyNoFolder(CString folder) {
-    while (!folder.empty() && !Platform::PathExists(folder)) {
-        folder.pop_back();
-        folder.erase(folder.find_last_of(u'\\') + 1);
-    }
-    return std::make_error_code(Platform::KindOfPath(folder) != Platform::PathKind::Folder
-                                    ? std::errc::not_a_directory
-                                : Platform::MayWrite(folder) ? std::errc::io_error
-                                                             : std::errc::permission_denied);
+std::error_code WhyNoFolder(const CString& folder) {
+    const std::error_code reason = WhyNothingNewIn(folder);
+    return reason ? reason : std::make_error_code(std::errc::io_error);
 }
 
 // SQLite would play the changes of a repository that stood here into the new one.
@@ -398,8 +407,12 @@ std::unique_ptr<SqlConnection> OpenSqlite(const CString& path, const SqliteOptio
         connection->Open(options.busyTimeoutMs);
         connection->CheckIsRepository();
         connection->KeepSideFiles();
+        if (options.isTrial)
+            connection->KeepLog();
         return connection;
     };
+    if (options.isTrial && IsLeftAlone(path))
+        return open(Use::Trial);
     try {
         return open(Use::Shared);
     } catch (const StorageError& error) {
@@ -428,6 +441,14 @@ void CreateSqlite(const CString& path, const std::function<void(SqlConnection&)>
     const std::error_code error = Platform::RenameToFreeName(file.Path(), path);
     if (error && error != std::errc::file_exists)
         ThrowNotCreated(path, error);
+}
+
+void CheckMayCreateSqlite(const CString& path) {
+    if (Platform::PathExists(path))
+        return;
+    if (const std::error_code reason = WhyNothingNewIn(FolderOf(path)))
+        ThrowNotCreated(path, reason);
+    CheckNoChangesLeft(path);
 }
 
 } // namespace Storage

@@ -11,6 +11,9 @@ namespace Storage {
 
 struct SqliteOptions {
     int busyTimeoutMs = 10'000; // how long a writer waits for another
+    // Only to look: the repository stays as it is, and so do "-wal" and "-shm" beside it.  They
+    // are not made, but for a "-shm" that is missing where "-wal" holds something.
+    bool isTrial = false;
 };
 
 // Opens the repository file at `path`; never makes one.  Problems: Missing,
@@ -21,5 +24,8 @@ std::unique_ptr<SqlConnection> OpenSqlite(const CString& path, const SqliteOptio
 // tables.  Whole or not at all.  What stands at `path` already is left alone; that is
 // no error.
 void CreateSqlite(const CString& path, const std::function<void(SqlConnection&)>& fill);
+
+// Throws what CreateSqlite would, as far as it can be told before; makes nothing.
+void CheckMayCreateSqlite(const CString& path);
 
 } // namespace Storage

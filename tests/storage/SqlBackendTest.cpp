@@ -71,8 +71,7 @@ protected:
 TEST_F(SqlBackendTest, SaysWhatItIs) {
     EXPECT_EQ(backend.GetNameMsgNum(), 20000);
     EXPECT_EQ(backend.IsMultipleGSSupported(), 1);
-    EXPECT_EQ(backend.HasConnectionParameters(), 0);
-    EXPECT_EQ(backend.EditConnectionParameters(), 0);
+    EXPECT_EQ(backend.HasConnectionParameters(), 1);
 }
 
 TEST_F(SqlBackendTest, FilesGoInAndComeOut) {

@@ -11,9 +11,15 @@
 
 namespace Storage {
 
+enum class StepResult {
+    Worked,
+    Warning, // worked, and the user should know something about it
+    Failed
+};
+
 // One step of a test of a connection, in the order in which they were tried.
 struct ConnectionStep {
-    bool worked = false;
+    StepResult result = StepResult::Failed;
     CString text; // what was tried and what came of it, in the user's language
 };
 
@@ -26,12 +32,14 @@ struct Connection {
 // The plug-in, as the window sees it.  Nothing throws.
 class ZEBX_EXPORT IConnectionParameters {
 public:
-    // The connection in use; its address is never empty.
+    // The connection in use; its address is empty only when there is none: settings that are
+    // not understood, or a user without a data folder.
     virtual Connection Current() = 0;
     // The address of the user's own repository; empty when the user has no data folder.
     virtual CString DefaultAddress() = 0;
     // Tries a connection and leaves the one in use as it is; makes nothing, but says what
-    // would be made.  Stops at the first step that does not work, which is then the last.
+    // would be made.  Stops at the first step that fails, which is then the last.  Never
+    // without a step, unless there is no memory.
     virtual std::vector<ConnectionStep> Test(const Connection& connection) = 0;
 
 protected:

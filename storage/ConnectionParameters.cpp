@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#include "storage/ConnectionParameters.h"
+
+#include "storage/ConnectionTest.h"
+
+namespace Storage {
+
+Connection ConnectionParameters::Current() try {
+    return {m_access.ShownAddress(), false};
+} catch (...) {
+    return {};
+}
+
+CString ConnectionParameters::DefaultAddress() try {
+    return Storage::DefaultAddress().Text();
+} catch (...) {
+    return {};
+}
+
+std::vector<ConnectionStep> ConnectionParameters::Test(const Connection& connection) try {
+    return TestConnection(connection,
+                          [this](const Message& message) { return m_access.TextOf(message); });
+} catch (...) {
+    return {};
+}
+
+} // namespace Storage

@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: MIT
+#include "storage/ConnectionTest.h"
+
+#include "platform/os/Environment.h"
+#include "platform/os/File.h"
+#include "platform/os/FileSystem.h"
+#include "platform/os/FreeName.h"
+#include "platform/os/Path.h"
+#include "platform/text/Numbers.h"
+#include "platform/text/Utf8.h"
+#include "storage/Engine.h"
+#include "storage/SqliteError.h"
+#include "storage/Store.h"
+
+#include <algorithm>
+
+namespace Storage {
+namespace {
+
+using Platform::ToText;
+
+// The steps in their order.  Each tells what worked, and throws StorageError otherwise.
+class Trial {
+public:
+    explicit Trial(const std::function<CString(const Message&)>& textOf) : m_textOf(textOf) {}
+
+    // What an engine knows of its addresses comes first and ends with an open repository, or
+    // with none where one would be made; the rest is the same for every engine.
+    void Run(const Connection& connection) {
+        const Address address = Understand(connection.address);
+        if (auto sql = Open(address, connection.create))
+            LookInto(std::move(sql));
+        WarnOfNetwork(address.path);
+    }
+    void Tell(StepResult result, const Message& message) {
+        m_steps.push_back({result, m_textOf(message)});
+    }
+    std::vector<ConnectionStep> TakeSteps() { return std::move(m_steps); }
+
+private:
+    void Worked(MessageNumber number, std::vector<CString> values = {}) {
+        Tell(StepResult::Worked, {number, std::move(values)});
+    }
+    Address Understand(CStringView text);
+    std::unique_ptr<SqlConnection> Open(const Address& address, bool create);
+    std::unique_ptr<SqlConnection> OpenWhatIsThere(const Address& address);
+    void LookInto(std::unique_ptr<SqlConnection> sql);
+    void WarnOfNetwork(const CString& path);
+
+    const std::function<CString(const Message&)>& m_textOf;
+    std::vector<ConnectionStep> m_steps;
+};
+
+Address Trial::Understand(CStringView text) {
+    Address address =
+        text.empty() ? DefaultAddress() : ParseAddress(text, Platform::CurrentFolder());
+    Worked(MessageNumber::AddressUnderstood, {address.Text()});
+    return address;
+}
+
+std::unique_ptr<SqlConnection> Trial::Open(const Address& address, bool create) {
+    if (!create || Platform::PathExists(address.path))
+        return OpenWhatIsThere(address);
+    CheckMayCreate(address);
+    Worked(MessageNumber::WouldBeMade, {ShownPath(address.path)});
+    return nullptr;
+}
+
+std::unique_ptr<SqlConnection> Trial::OpenWhatIsThere(const Address& address) {
+    const CString shown = ShownPath(address.path);
+    if (Platform::KindOfPath(address.path) == Platform::PathKind::File)
+        Worked(MessageNumber::FileFound, {shown});
+    try {
+        return LookIntoRepository(address);
+    } catch (const StorageError& error) {
+        if (error.Kind() != Problem::Missing)
+            throw;
+        // In the window's words: here nobody types commands.
+        throw StorageError(Problem::Missing, MessageNumber::NotThere, {shown});
+    }
+}
+
+void Trial::LookInto(std::unique_ptr<SqlConnection> sql) {
+    Store store(std::move(sql), {});
+    RepositoryState state;
+    store.ReadState(state);
+    Worked(MessageNumber::Opened, {ToText(state.schemaVersion), store.Connection().EngineName()});
+    Worked(MessageNumber::Holds, {ToText(state.revision), ToText(state.files)});
+    Worked(store.Connection().MayWrite() ? MessageNumber::ReadAndWrite : MessageNumber::ReadOnly);
+}
+
+void Trial::WarnOfNetwork(const CString& path) {
+    CString place = path;
+    while (place.size() > 1 && !Platform::PathExists(place))
+        place.erase(std::max<std::size_t>(place.rfind(u'\\'), 1));
+    const CString fileSystem = Platform::NetworkFileSystemOf(place);
+    if (!fileSystem.empty())
+        Tell(StepResult::Warning, {MessageNumber::OnNetwork, {ShownPath(path), fileSystem}});
+}
+
+} // namespace
+
+std::vector<ConnectionStep> TestConnection(const Connection& connection,
+                                           const std::function<CString(const Message&)>& textOf) {
+    Trial trial(textOf);
+    try {
+        trial.Run(connection);
+    } catch (const StorageError& error) {
+        for (const Message& message : error.Messages())
+            trial.Tell(StepResult::Failed, message);
+    } catch (const std::exception& error) {
+        trial.Tell(StepResult::Failed,
+                   {MessageNumber::Internal, {Platform::FromUtf8(error.what())}});
+    }
+    return trial.TakeSteps();
+}
+
+} // namespace Storage
