@@ -52,8 +52,8 @@ public:
     // The backend, shared; may be empty.
     boost::shared_ptr<void> GetStorage();
 
-    // Shows the configuration dialog, which is a module of its own, loaded at the first
-    // call.  Where that module is missing, the workspace log says so.
+    // Shows the configuration dialog, with the drawing locked, until the user closes it.  Where
+    // it cannot be shown, the workspace log says why (see ConfigurationDialog.h).
     void ShowConfigurationDialog();
 
     // An identifier that is taken keeps what it has and the new object is dropped ("GS" is

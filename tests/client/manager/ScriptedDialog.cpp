@@ -6,15 +6,18 @@
 
 namespace {
 
-std::function<void()> g_onShow;
+DialogScript g_script;
 
 } // namespace
 
 extern "C" ZEBX_EXPORT void ShowNetworkRepositoryConfiguration() {
-    if (g_onShow)
-        g_onShow();
+    g_script.onShow();
 }
 
-extern "C" ZEBX_EXPORT void SetDialogScript(const std::function<void()>& onShow) {
-    g_onShow = onShow;
+extern "C" ZEBX_EXPORT void WhyNoWindows(CString& reason) {
+    reason = g_script.whyNoWindows;
+}
+
+extern "C" ZEBX_EXPORT void SetDialogScript(const DialogScript& script) {
+    g_script = script;
 }

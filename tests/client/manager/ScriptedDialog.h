@@ -1,7 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/text/Text.h"
+
 #include <functional>
 
-// The dialog module's export "SetDialogScript": what happens when the dialog is shown.
-using SetDialogScriptFunction = void (*)(const std::function<void()>& onShow);
+struct DialogScript {
+    // What happens when the dialog is shown.
+    std::function<void()> onShow = [] {};
+    // Why no window can be shown.
+    CString whyNoWindows;
+};
+
+// The dialog module's export "SetDialogScript".
+using SetDialogScriptFunction = void (*)(const DialogScript& script);

@@ -2,8 +2,12 @@
 // A manager that found no plug-in: what may be asked of it, and what it answers.
 #include "client/manager/Installation.h"
 
+#include "ZEBXGisCore/ModuleConfiguration.h"
+#include "ZEBXRepositoryClient/ConfigurationDialog.h"
 #include "ZEBXRepositoryClient/RepositoryItemLite.h"
 #include "ZEBXRepositoryClient/RepositoryStorageManager.h"
+#include "platform/text/Fill.h"
+#include "platform/text/Utf8.h"
 #include "support/WorkspaceLines.h"
 
 #include <gmock/gmock.h>
@@ -29,6 +33,17 @@ TEST_F(WithoutPlugin, TheManagerExistsAndSaysThatItHasNoBackend) {
 
 TEST_F(WithoutPlugin, ThereIsOneManagerAllTheSame) {
     EXPECT_EQ(CRepositoryStorageManager::Instance(), &manager);
+}
+
+TEST_F(WithoutPlugin, TheDialogIsNotShownAndThePatternAndThePackageAreNamed) {
+    const CString why = Repository::WhyNoConfigurationDialog();
+    const CString text = ZEBGis::CModuleConfiguration::Instance()->GetMsg(22006);
+    const CString folder = Platform::FromUtf8(installation.Native().string() + "/");
+    EXPECT_EQ(why, Platform::Fill(text, {folder}));
+    EXPECT_NE(why.find(u"ZEBXRepositoryClientPlugin_*.arx"), CString::npos);
+    EXPECT_NE(why.find(u"package zebx"), CString::npos);
+    manager.ShowConfigurationDialog();
+    EXPECT_EQ(log.Lines(), (std::vector<WorkspaceLines::Line>{{4, why}}));
 }
 
 TEST_F(WithoutPlugin, TheStorageHasNoName) {
