@@ -3,10 +3,12 @@
 // free lines, and a line for each condition that fails. Used by the manager and the
 // dialog; the family's logging library says whether and where.
 //
-// No failure of tracing reaches the caller. Used from one thread.
+// No failure of tracing reaches the caller. Used from one thread. Exported for the dialog's
+// module, which writes to the same log.
 #pragma once
 
 #include "ZEBXLogging/LogEngine.h"
+#include "platform/Export.h"
 #include "platform/text/Text.h"
 
 #include <ctime>
@@ -19,7 +21,7 @@
 namespace Repository {
 
 // What the scopes of a process share. Everything is made at first use and stays.
-class TraceLog {
+class ZEBX_EXPORT TraceLog {
 public:
     // `logFile` gives the path of the log file; it is asked once.
     explicit TraceLog(std::string (*logFile)() = &CLogEngine::GetLogFileFullPath)
@@ -45,7 +47,7 @@ private:
 };
 
 // One traced function, from its entry to every way out.
-class TraceScope {
+class ZEBX_EXPORT TraceScope {
 public:
     // Enters: writes the entering line and puts the function on the call stack, both only
     // when logging is on. The texts are not copied; `source` is a path whose folders are
