@@ -5,6 +5,8 @@
 
 #include "platform/text/Numbers.h"
 
+#include <utility>
+
 namespace App {
 namespace {
 
@@ -20,11 +22,15 @@ constexpr std::array kTexts = {Message::ProgressRead, Message::ProgressStored,
 
 Progress::Progress(TerminalSink& terminal)
     : m_terminal(terminal), m_formerView(ZEBGis::SetProgressView(this)) {
-    Platform::SetFileStepListener([this](FileStep step) { Count(step); });
+    m_formerListener = Platform::SetFileStepListener([this](FileStep step) {
+        Count(step);
+        if (m_formerListener)
+            m_formerListener(step);
+    });
 }
 
 Progress::~Progress() {
-    Platform::SetFileStepListener({});
+    Platform::SetFileStepListener(std::move(m_formerListener));
     ZEBGis::SetProgressView(m_formerView);
     m_terminal.ShowProgress({});
 }

@@ -10,6 +10,7 @@
 
 #include <array>
 #include <chrono>
+#include <functional>
 #include <optional>
 
 namespace App {
@@ -41,6 +42,7 @@ private:
 
     TerminalSink& m_terminal;
     ZEBGis::IProgressView* const m_formerView;
+    std::function<void(Platform::FileStep)> m_formerListener;
     CString m_selection;
     std::optional<ZEBGis::ProgressState> m_bar;      // while it is visible
     std::array<int, Platform::kFileSteps> m_files{}; // by FileStep

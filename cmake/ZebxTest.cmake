@@ -4,10 +4,13 @@
 #
 # Every test runs with user folders of its own below the build tree, so that none touches
 # the settings of whoever builds; MODULES are built first because the test loads them.
+#
+# zebx_add_window_test(the same): its windows are real ones, on Qt's offscreen platform; it may
+# use Qt itself.
 set(ZEBX_TEST_HOME ${PROJECT_BINARY_DIR}/test-home)
 
 function(zebx_add_test name)
-  cmake_parse_arguments(arg "" "" "SOURCES;LIBRARIES;MODULES" ${ARGN})
+  cmake_parse_arguments(arg "" "" "SOURCES;LIBRARIES;MODULES;ENVIRONMENT" ${ARGN})
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} GTest::gmock GTest::gtest_main)
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
@@ -32,9 +35,21 @@ function(zebx_add_test name)
     XDG_STATE_HOME=${ZEBX_TEST_HOME}/state
     XDG_CACHE_HOME=${ZEBX_TEST_HOME}/cache
     ZEBX_INSTALL=${ZEBX_BUILD_MODULE_DIR}
-    ZEBX_LANGUAGE=en)
+    ZEBX_LANGUAGE=en
+    ${arg_ENVIRONMENT})
   set(file ${CMAKE_CURRENT_BINARY_DIR}/${name}_environment.cmake)
   file(WRITE ${file}
     "set_tests_properties(\${${name}_LIST} PROPERTIES ENVIRONMENT \"${environment}\")\n")
   set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${file})
+endfunction()
+
+function(zebx_add_window_test name)
+  find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets Test)
+  set(runtime ${ZEBX_TEST_HOME}/runtime)
+  file(MAKE_DIRECTORY ${runtime})
+  file(CHMOD ${runtime} PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
+  zebx_add_test(${name} ${ARGN} ENVIRONMENT
+    QT_QPA_PLATFORM=offscreen
+    XDG_RUNTIME_DIR=${runtime})
+  target_link_libraries(${name} PRIVATE zebxwindow Qt6::Widgets Qt6::Test)
 endfunction()

@@ -13,8 +13,8 @@ std::function<void(FileStep)>& Listener() {
 
 } // namespace
 
-void SetFileStepListener(std::function<void(FileStep)> listener) {
-    Listener() = std::move(listener);
+std::function<void(FileStep)> SetFileStepListener(std::function<void(FileStep)> listener) {
+    return std::exchange(Listener(), std::move(listener));
 }
 
 void TellFileStep(FileStep step) {

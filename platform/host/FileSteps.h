@@ -14,8 +14,10 @@ namespace Platform {
 enum class FileStep { Read, Stored, Written, ItemSent, ItemLoaded };
 inline constexpr int kFileSteps = 5;
 
-// Replaces the listener; it must not throw.  Without one, steps are told to nobody.
-ZEBX_EXPORT void SetFileStepListener(std::function<void(FileStep)> listener);
+// Replaces the listener, which must not throw, and returns the former one, for whoever listens
+// for a while to pass steps on to and to put back.  Without one, steps are told to nobody.
+ZEBX_EXPORT std::function<void(FileStep)>
+SetFileStepListener(std::function<void(FileStep)> listener);
 
 ZEBX_EXPORT void TellFileStep(FileStep step);
 

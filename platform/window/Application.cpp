@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: MIT
+#include "platform/window/Application.h"
+
+#include "platform/window/Busy.h"
+#include "platform/window/Display.h"
+#include "platform/window/QtText.h"
+#include "platform/window/WindowSystem.h"
+
+#include <QApplication>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QStyleFactory>
+#include <QTranslator>
+#include <array>
+#include <cstdlib>
+#include <locale>
+#include <string>
+
+namespace Platform {
+namespace {
+
+bool g_isProcessEnding = false;
+
+// While Qt starts it writes about the machine to standard error; only what ends it matters.
+void DropMessages(QtMsgType type, const QMessageLogContext&, const QString& text) {
+    if (type == QtFatalMsg || type == QtCriticalMsg)
+        std::fprintf(stderr, "%s\n", qPrintable(text));
+}
+
+// Numbers keep their form: Qt switches the process to the user's locale.
+class NumberLocaleGuard {
+public:
+    NumberLocaleGuard() : m_before(std::setlocale(LC_NUMERIC, nullptr)) {}
+    ~NumberLocaleGuard() { std::setlocale(LC_NUMERIC, m_before.c_str()); }
+    NumberLocaleGuard(const NumberLocaleGuard&) = delete;
+    NumberLocaleGuard& operator=(const NumberLocaleGuard&) = delete;
+
+private:
+    std::string m_before;
+};
+
+// Neither is ever destroyed: modules loaded later hold windows to the process's end.
+void MakeApplication(const QString& platform) {
+    static std::string name = "zebx";
+    static std::string option = "-platform";
+    static std::string value = platform.toStdString();
+    static std::array<char*, 4> arguments = {name.data(), option.data(), value.data(), nullptr};
+    static int count = 3;
+    const NumberLocaleGuard numbers;
+    const QtMessageHandler before = qInstallMessageHandler(DropMessages);
+    new QApplication(count, arguments.data());
+    qInstallMessageHandler(before);
+}
+
+void Translate(const QString& language) {
+    if (language.isEmpty())
+        return;
+    QLocale::setDefault(QLocale(language));
+    auto* const translator = new QTranslator(qApp);
+    if (translator->load(QStringLiteral("qtbase_") + language,
+                         QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(translator);
+}
+
+void SetUpApplication(const QString& language) {
+    QCoreApplication::setApplicationName(QStringLiteral("zebx"));
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    // Windows run loops of their own; none of them ends the process.
+    QApplication::setQuitOnLastWindowClosed(false);
+    Translate(language);
+    StartDroppingInput();
+}
+
+QString Start(const QString& language) {
+    if (!qobject_cast<QApplication*>(QCoreApplication::instance())) {
+        const Display display = FindDisplay();
+        if (!display.problem.isEmpty())
+            return display.problem;
+        MakeApplication(display.platform);
+    }
+    SetUpApplication(language);
+    return {};
+}
+
+} // namespace
+
+bool IsProcessEnding() {
+    return g_isProcessEnding;
+}
+
+void NoticeTheEnd() {
+    std::atexit([] { g_isProcessEnding = true; });
+}
+
+CString WhyNoWindows(CStringView language) try {
+    static bool hasStarted = false;
+    if (hasStarted)
+        return {};
+    const QString problem = Start(ToQt(language));
+    hasStarted = problem.isEmpty();
+    return FromQt(problem);
+} catch (const std::exception& error) {
+    return FromQt(QString::fromUtf8(error.what()));
+}
+
+} // namespace Platform

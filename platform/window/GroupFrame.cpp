@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#include "platform/window/GroupFrame.h"
+
+#include <QEvent>
+#include <QPainter>
+#include <QStyle>
+
+namespace Platform {
+namespace {
+
+constexpr int kTitleIndent = 7;
+constexpr int kTitleMargin = 3;
+constexpr double kRadius = 2;
+
+} // namespace
+
+bool GroupFrame::event(QEvent* event) {
+    if (event->type() != QEvent::Shortcut)
+        return QGroupBox::event(event);
+    if (onKey)
+        onKey();
+    return true;
+}
+
+void GroupFrame::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    const int line = fontMetrics().height();
+    const QSize title =
+        fontMetrics().size(Qt::TextShowMnemonic | Qt::TextSingleLine, this->title());
+    const QRect place(kTitleIndent, 0, std::min(title.width(), width() - 2 * kTitleIndent), line);
+
+    painter.save();
+    if (!this->title().isEmpty()) {
+        const QRect gap = place.adjusted(-kTitleMargin, 0, kTitleMargin, 0);
+        painter.setClipRegion(QRegion(rect()) - QRegion(gap));
+    }
+    painter.setRenderHint(QPainter::Antialiasing);
+    QColor colour = palette().color(QPalette::WindowText);
+    colour.setAlphaF(0.3F);
+    painter.setPen(colour);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, line / 2 + 0.5, -0.5, -0.5), kRadius,
+                            kRadius);
+    painter.restore();
+
+    style()->drawItemText(&painter, place,
+                          Qt::AlignLeft | Qt::TextShowMnemonic | Qt::TextSingleLine, palette(),
+                          isEnabled(), this->title(), QPalette::WindowText);
+}
+
+} // namespace Platform
