@@ -75,8 +75,8 @@ void TellSettingsProblems(const std::vector<boost::shared_ptr<IWsSink>>& sinks) 
     }
 }
 
-ExitStatus RunVerb(const Invocation& invocation, std::ostream& out, std::ostream& err,
-                   Report& report) {
+ExitStatus RunVerb(const Invocation& invocation, std::istream& in, std::ostream& out,
+                   std::ostream& err, Report& report) {
     const auto terminal = boost::make_shared<TerminalSink>(err, StyleFor(invocation, err));
     const auto keeper = boost::make_shared<ReportSink>(report);
     TellSettingsProblems({terminal, keeper});
@@ -89,7 +89,7 @@ ExitStatus RunVerb(const Invocation& invocation, std::ostream& out, std::ostream
     const SinkGuard keeping(keeper);
     const SinkGuard logging(boost::make_shared<CWsLogFile>(
         UserSettings::Instance()->Get(Platform::Setting::WorkspaceLog).value));
-    Session session{out, *terminal, *counter, report.result};
+    Session session{in, out, *terminal, *counter, report.result};
     try {
         return invocation.verb->run(session, invocation);
     } catch (const AppError& error) {
@@ -115,8 +115,8 @@ ExitStatus Help(const Invocation& invocation, std::ostream& out, Report& report)
     return ExitStatus::Done;
 }
 
-ExitStatus Run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err,
-               Report& report) {
+ExitStatus Run(const std::vector<std::string>& arguments, std::istream& in, std::ostream& out,
+               std::ostream& err, Report& report) {
     UserSettings::Instance()->Reset();
     const Invocation invocation = ParseCommandLine(arguments);
     ApplySettings(invocation);
@@ -124,7 +124,8 @@ ExitStatus Run(const std::vector<std::string>& arguments, std::ostream& out, std
         report.verb = invocation.verb->name;
     if (const CString missing = MissingTexts(); !missing.empty())
         throw AppError(ExitStatus::Configuration, missing);
-    return invocation.help ? Help(invocation, out, report) : RunVerb(invocation, out, err, report);
+    return invocation.help ? Help(invocation, out, report)
+                           : RunVerb(invocation, in, out, err, report);
 }
 
 ExitStatus Fail(std::ostream& err, Report& report, ExitStatus status, const CString& text) {
@@ -175,13 +176,14 @@ bool AsksForJson(const std::vector<std::string>& arguments) {
 
 } // namespace
 
-int RunProgram(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
+int RunProgram(const std::vector<std::string>& arguments, std::istream& in, std::ostream& out,
+               std::ostream& err) {
     Report report;
     const bool json = AsksForJson(arguments);
     std::ostream nowhere(nullptr);
     std::ostream& text = json ? nowhere : out;
     const ExitStatus status = Guarded(text, err, report, [&] {
-        const ExitStatus ended = Run(arguments, text, err, report);
+        const ExitStatus ended = Run(arguments, in, text, err, report);
         if (!json)
             CheckIsWritten(out);
         return ended;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a verb works with while it runs: the streams it was handed, the place for its result,
+// What a verb works with while it runs: the streams that it was handed, the place for its result,
 // and the count of what went to the workspace log.
 #pragma once
 
@@ -11,6 +11,7 @@
 namespace App {
 
 struct Session {
+    std::istream& in;
     std::ostream& out;      // the result as text; takes nothing in with --json
     TerminalSink& terminal; // messages beside those of the workspace log, and progress
     const CountingSink& log;

@@ -288,6 +288,31 @@ enum class Message : int {
     ItemNotChanged = 21934,
     ItemNotRead = 21935,
 
+    // console
+    ConsolePrompt = 21940,
+    NoSuchCommand = 21941,
+    SeeConsoleHelp = 21942,
+    CommandInterrupted = 21943,
+    ConsoleWithoutJson = 21944,
+    NameRepository = 21945,
+    NameHelp = 21946,
+    NameQuit = 21947,
+    TitleCommand = 21948,
+    TitleWhat = 21949,
+    CommandOf = 21950,
+    ConsoleHelp = 21951,
+    ConsoleQuit = 21952,
+    SummaryConsole = 21953,
+    DetailsConsole = 21954,
+    ExampleConsole = 21955,
+
+    // dialog
+    SummaryDialog = 21960,
+    DetailsDialog = 21961,
+    ExampleDialog = 21962,
+    ExampleDialogHr = 21963,
+    NoLogWindow = 21964,
+
     // Help
     HelpProgram = 21200,
     HelpExamples = 21201,

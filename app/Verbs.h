@@ -82,6 +82,8 @@ ExitStatus RunRepoCheck(Session& session, const Invocation& invocation);
 ExitStatus RunItems(Session& session, const Invocation& invocation);
 ExitStatus RunLs(Session& session, const Invocation& invocation);
 ExitStatus RunCatalogue(Session& session, const Invocation& invocation);
+ExitStatus RunDialog(Session& session, const Invocation& invocation);
+ExitStatus RunConsole(Session& session, const Invocation& invocation);
 ExitStatus RunCommand(Session& session, const Invocation& invocation);
 ExitStatus RunConfigShow(Session& session, const Invocation& invocation);
 ExitStatus RunVersion(Session& session, const Invocation& invocation);

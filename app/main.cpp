@@ -7,5 +7,5 @@
 
 int main(int count, char** words) {
     Platform::IgnoreFileSizeSignal();
-    return App::RunProgram({words + 1, words + count}, std::cout, std::cerr);
+    return App::RunProgram({words + 1, words + count}, std::cin, std::cout, std::cerr);
 }

@@ -26,14 +26,17 @@ CString WordFor(std::int32_t type) {
 
 } // namespace
 
-CWsLogFile::CWsLogFile(CStringView path) : m_path(path) {}
-
-void CWsLogFile::Write(const CWsMessage& message) try {
+CString LineOf(const CWsMessage& message) {
     CString text = message.text;
     std::replace_if(
         text.begin(), text.end(), [](char16_t c) { return c == u'\n' || c == u'\r'; }, u' ');
-    const CString line = message.time + u"\t" + WordFor(message.type) + u"\t" + text + u"\n";
-    const std::string bytes = Platform::ToUtf8(line);
+    return message.time + u"\t" + WordFor(message.type) + u"\t" + text;
+}
+
+CWsLogFile::CWsLogFile(CStringView path) : m_path(path) {}
+
+void CWsLogFile::Write(const CWsMessage& message) try {
+    const std::string bytes = Platform::ToUtf8(LineOf(message)) + '\n';
     if (Platform::AppendFile(m_path, bytes) != std::errc::no_such_file_or_directory)
         return;
     Platform::CreateFolderChain(Platform::FolderOf(m_path), Platform::Access::Private);

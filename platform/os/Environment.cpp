@@ -44,6 +44,20 @@ CString UtcNow() {
     return FromUtf8(text);
 }
 
+CString LocalTimeOfDay(CStringView utc) {
+    std::tm time = {};
+    const std::string text = ToUtf8(utc);
+    const char* end = ::strptime(text.c_str(), "%Y-%m-%dT%H:%M:%SZ", &time);
+    if (!end || *end)
+        return CString(utc);
+    const std::time_t seconds = ::timegm(&time);
+    std::tm local = {};
+    ::localtime_r(&seconds, &local);
+    char shown[16];
+    std::strftime(shown, sizeof(shown), "%H:%M:%S", &local);
+    return FromUtf8(shown);
+}
+
 void IgnoreFileSizeSignal() {
     ::signal(SIGXFSZ, SIG_IGN);
 }

@@ -21,6 +21,10 @@ ZEBX_EXPORT CString HostName();
 // Now, in UTC, as "2026-11-21T08:05:19Z".
 ZEBX_EXPORT CString UtcNow();
 
+// The time of day on this workstation's clock, "09:05:19", at a time as UtcNow gives it; any
+// other text is given back as it is.
+ZEBX_EXPORT CString LocalTimeOfDay(CStringView utc);
+
 // From now on a file that grows beyond this process's limit (ulimit -f) is an error of the
 // write (EFBIG) and not the silent end of the process.
 ZEBX_EXPORT void IgnoreFileSizeSignal();

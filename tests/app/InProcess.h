@@ -19,10 +19,11 @@ protected:
         workstation.Set("ZEBX_LANGUAGE", "en");
     }
 
-    static Ended RunHere(const std::vector<std::string>& arguments) {
+    static Ended RunHere(const std::vector<std::string>& arguments, const std::string& typed = {}) {
+        std::istringstream in(typed);
         std::ostringstream out;
         std::ostringstream err;
-        const int status = App::RunProgram(arguments, out, err);
+        const int status = App::RunProgram(arguments, in, out, err);
         return {status, out.str(), err.str()};
     }
 

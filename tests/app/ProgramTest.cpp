@@ -31,8 +31,9 @@ Ended RunThrowing() {
     ThrowingBuffer<Error> buffer;
     std::ostream out(&buffer);
     out.exceptions(std::ios::badbit);
+    std::istringstream in;
     std::ostringstream err;
-    const int status = App::RunProgram({"--help"}, out, err);
+    const int status = App::RunProgram({"--help"}, in, out, err);
     return {status, "", err.str()};
 }
 

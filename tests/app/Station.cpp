@@ -24,6 +24,11 @@ bool Redirect(const fs::path& path, int descriptor) {
     return file >= 0 && dup2(file, descriptor) >= 0;
 }
 
+bool ReadFrom(const fs::path& path) {
+    const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    return file >= 0 && dup2(file, 0) >= 0;
+}
+
 } // namespace
 
 std::vector<char*> Pointers(std::vector<std::string>& texts) {
@@ -38,6 +43,7 @@ struct Station::Start {
     fs::path program;
     std::vector<std::string> arguments;
     std::vector<std::string> environment;
+    fs::path in; // empty: that of the test
     fs::path out;
     fs::path err;
     bool asNobody = false;
@@ -47,7 +53,8 @@ struct Station::Start {
         arguments.insert(arguments.begin(), program.string());
         std::vector<char*> argumentPointers = Pointers(arguments);
         std::vector<char*> environmentPointers = Pointers(environment);
-        const bool redirected = Redirect(out, 1) && Redirect(err, 2);
+        const bool redirected =
+            (in.empty() || ReadFrom(in)) && Redirect(out, 1) && Redirect(err, 2);
         const bool mayStart =
             redirected && (!asNobody || (setgroups(0, nullptr) == 0 && setgid(kNobody) == 0 &&
                                          setuid(kNobody) == 0));
@@ -89,7 +96,7 @@ Station::Station() {
 
 Station::Start Station::StartOf(const fs::path& program,
                                 const std::vector<std::string>& arguments) const {
-    return {program, arguments, Environment(), Folder() / "out", Folder() / "err"};
+    return {program, arguments, Environment(), {}, Folder() / "out", Folder() / "err"};
 }
 
 std::vector<std::string> Station::Environment() const {
@@ -146,6 +153,14 @@ Ended Station::ZebxAsNobody(const std::vector<std::string>& arguments) const {
 Ended Station::ZebxWritingTo(const fs::path& out, const std::vector<std::string>& arguments) const {
     Start start = StartOf(kProgram, arguments);
     start.out = out;
+    return Finish(std::move(start));
+}
+
+Ended Station::ZebxReading(const std::string& input,
+                           const std::vector<std::string>& arguments) const {
+    Start start = StartOf(kProgram, arguments);
+    start.in = Folder() / "in";
+    Write(start.in, input);
     return Finish(std::move(start));
 }
 

@@ -47,6 +47,9 @@ public:
     // As Zebx, with the output going to a file, of which nothing is given back.
     Ended ZebxWritingTo(const fs::path& out, const std::vector<std::string>& arguments) const;
 
+    // As Zebx, with these bytes as its standard input.
+    Ended ZebxReading(const std::string& input, const std::vector<std::string>& arguments) const;
+
     // As Zebx, with the errors going to a terminal.
     Ended ZebxOnATerminal(const std::vector<std::string>& arguments) const;
 

@@ -27,11 +27,12 @@ protected:
         EXPECT_EQ(RunHere({"connect", "--create"}).status, 0);
         const auto counter = boost::make_shared<CountingSink>();
         const SinkGuard guard(counter);
+        std::istringstream in;
         std::ostringstream out;
         std::ostringstream err;
         Json result;
         TerminalSink terminal(err, {});
-        Session session{out, terminal, *counter, result};
+        Session session{in, out, terminal, *counter, result};
         return Transfer(session, RequireStorage(), kThree, [&](const Selected& selected) {
             moved.push_back(WordFor(selected));
             return move(selected);

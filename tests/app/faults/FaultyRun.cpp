@@ -49,9 +49,10 @@ private:
     static Watch watch(station.Folder() / "calls");
     if (prepare)
         prepare(watch.Calls());
+    std::istringstream in;
     std::ostringstream out;
     std::ostringstream err;
-    const int status = App::RunProgram(arguments, out, err);
+    const int status = App::RunProgram(arguments, in, out, err);
     std::ofstream(station.Folder() / "out") << out.str();
     std::ofstream(station.Folder() / "err") << err.str();
     std::exit(status);

@@ -45,14 +45,26 @@ public:
     void AddSink(const boost::shared_ptr<IWsSink>& sink);
     void RemoveSink(const boost::shared_ptr<IWsSink>& sink);
 
+    // Shows the window of the log, which keeps what it is told from its first showing on; one
+    // that is shown stays where it is.  Loads the window's module from the installation folder
+    // when it is first shown.  Returns 0 where it cannot be shown, with the reason, the file
+    // and what the system says, in `reason` when that is not null.
+    int ShowWindow(CString* reason = nullptr);
+    // Does nothing where none is shown.
+    void HideWindow();
+
 private:
     CWsManager() = default;
     std::vector<boost::shared_ptr<IWsSink>> m_sinks;
+    void (*m_hideWindow)() = nullptr; // of the window's module, once it was shown
 };
 
-// Appends each message as one line: time, word for the type, text, separated by tabs;
-// line breaks inside the text become blanks.  A file that cannot be written is given
-// up silently: the log must not stop the work.
+// The line that stands for the message in a file, without its end: time, word for the type,
+// text, separated by tabs; line breaks inside the text become blanks.
+ZEBX_EXPORT CString LineOf(const CWsMessage& message);
+
+// Appends each message as one line.  A file that cannot be written is given up silently: the
+// log must not stop the work.
 class ZEBX_EXPORT CWsLogFile : public IWsSink {
 public:
     // `path` need not exist; its folder is created, private, at the first line.
