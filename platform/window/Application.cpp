@@ -12,9 +12,7 @@
 #include <QStyleFactory>
 #include <QTranslator>
 #include <array>
-#include <cstdio>
 #include <cstdlib>
-#include <exception>
 #include <locale>
 #include <string>
 
@@ -55,10 +53,8 @@ void MakeApplication(const QString& platform) {
 }
 
 void Translate(const QString& language) {
-    static bool isTranslated = false;
-    if (language.isEmpty() || isTranslated)
+    if (language.isEmpty())
         return;
-    isTranslated = true;
     QLocale::setDefault(QLocale(language));
     auto* const translator = new QTranslator(qApp);
     if (translator->load(QStringLiteral("qtbase_") + language,
@@ -66,22 +62,23 @@ void Translate(const QString& language) {
         QCoreApplication::installTranslator(translator);
 }
 
-void SetUpApplication() {
+void SetUpApplication(const QString& language) {
     QCoreApplication::setApplicationName(QStringLiteral("zebx"));
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     // Windows run loops of their own; none of them ends the process.
     QApplication::setQuitOnLastWindowClosed(false);
+    Translate(language);
     StartDroppingInput();
 }
 
-QString Start() {
+QString Start(const QString& language) {
     if (!qobject_cast<QApplication*>(QCoreApplication::instance())) {
         const Display display = FindDisplay();
         if (!display.problem.isEmpty())
             return display.problem;
         MakeApplication(display.platform);
     }
-    SetUpApplication();
+    SetUpApplication(language);
     return {};
 }
 
@@ -97,14 +94,11 @@ void NoticeTheEnd() {
 
 CString WhyNoWindows(CStringView language) try {
     static bool hasStarted = false;
-    if (!hasStarted) {
-        const QString problem = Start();
-        if (!problem.isEmpty())
-            return FromQt(problem);
-        hasStarted = true;
-    }
-    Translate(ToQt(language));
-    return {};
+    if (hasStarted)
+        return {};
+    const QString problem = Start(ToQt(language));
+    hasStarted = problem.isEmpty();
+    return FromQt(problem);
 } catch (const std::exception& error) {
     return FromQt(QString::fromUtf8(error.what()));
 }

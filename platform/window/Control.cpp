@@ -14,7 +14,6 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QTabBar>
 #include <QTabWidget>
 
 namespace Platform {
@@ -56,9 +55,6 @@ QWidget* MakeTabs(QWidget* parent) {
     auto* const tabs = new QTabWidget(parent);
     tabs->setUsesScrollButtons(true);
     tabs->setElideMode(Qt::ElideNone);
-    // The bar alone is a stop of the tab key.
-    tabs->setFocusPolicy(Qt::NoFocus);
-    tabs->tabBar()->setFocusPolicy(Qt::TabFocus);
     return tabs;
 }
 
@@ -122,8 +118,7 @@ void ShowText(const Control& control) {
         break;
     case ControlClass::IconButton: {
         auto* const button = static_cast<QAbstractButton*>(control.widget);
-        const QString plain = ToQt(WithMnemonic(control.text, {}));
-        button->setText(button->icon().isNull() ? plain : QString());
+        button->setText(button->icon().isNull() ? marked : QString());
         break;
     }
     case ControlClass::GroupBox:

@@ -11,7 +11,6 @@
 #include <QComboBox>
 #include <QProgressBar>
 #include <algorithm>
-#include <limits>
 
 namespace Platform {
 namespace {
@@ -43,8 +42,10 @@ void Dialog::Create() {
 }
 
 void Dialog::Show() {
-    if (DialogWindow* const window = DialogWindow::For(*this))
-        window->Open();
+    if (DialogWindow* const window = DialogWindow::For(*this)) {
+        window->show();
+        window->raise();
+    }
 }
 
 void Dialog::Hide() {
@@ -148,9 +149,7 @@ bool Dialog::IsChecked(int id) const {
 void Dialog::SetRange(int id, int from, int to) {
     // An empty range would make the bar move to and fro.
     With<QProgressBar>(m_window, id, [from, to](QProgressBar& bar) {
-        const int last = std::numeric_limits<int>::max() - 1;
-        const int begin = std::min(from, last);
-        bar.setRange(begin, std::max(to, begin + 1));
+        bar.setRange(from, std::max(to, from == INT_MAX ? from : from + 1));
     });
 }
 

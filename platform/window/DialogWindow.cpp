@@ -41,12 +41,6 @@ CString EscapedTitle(CStringView text) {
     return escaped;
 }
 
-QRect PlaceOf(const ControlTemplate& look, const DialogUnits& units) {
-    if (look.kind != ControlClass::DropDownList)
-        return units.ToPixels(look.x, look.y, look.width, look.height);
-    return units.ToPixels(look.x, look.y, look.width, kClosedListHeight);
-}
-
 } // namespace
 
 DialogWindow::DialogWindow(Dialog& dialog) : QWidget(nullptr, Qt::Window), m_dialog(&dialog) {
@@ -62,10 +56,8 @@ DialogWindow::~DialogWindow() {
     if (m_host)
         m_host->RemovePage(*this);
     // Pages belong to their own dialogs.
-    for (const Page& page : m_pages) {
-        page.window->m_host = nullptr;
-        page.window->setParent(nullptr, Qt::Window);
-    }
+    for (const Page& page : m_pages)
+        page.window->setParent(nullptr);
     if (m_dialog)
         m_dialog->m_window = nullptr;
 }
@@ -134,31 +126,36 @@ void DialogWindow::TextChanged(Control& control) {
 // Layout.
 
 void DialogWindow::TakeTemplateSize() {
-    if (m_host)
-        return Layout();
     m_templateSize = DialogUnits(font()).ToPixels(m_dialog->m_look.width, m_dialog->m_look.height);
-    setMinimumSize(m_templateSize);
+    if (!m_host)
+        setMinimumSize(m_templateSize);
     resize(m_templateSize);
     Layout();
 }
 
+QRect DialogWindow::PlaceOf(const ControlTemplate& look) const {
+    const DialogUnits units(font());
+    if (look.kind != ControlClass::DropDownList)
+        return units.ToPixels(look.x, look.y, look.width, look.height);
+    return units.ToPixels(look.x, look.y, look.width, kClosedListHeight);
+}
+
 // A page grows with the tab control that it is in.
-QSize DialogWindow::Growth(const DialogUnits& units) const {
+QSize DialogWindow::Growth() const {
     if (!m_host)
         return size() - m_templateSize;
     for (const Control& control : m_host->m_controls) {
         if (control.look->kind == ControlClass::TabControl)
-            return control.widget->size() - PlaceOf(*control.look, units).size();
+            return control.widget->size() - m_host->PlaceOf(*control.look).size();
     }
     return {0, 0};
 }
 
 void DialogWindow::Layout() {
-    const DialogUnits units(font());
-    const QSize growth = Growth(units).expandedTo({0, 0});
+    const QSize growth = Growth().expandedTo({0, 0});
     for (const Control& control : m_controls) {
         const ControlTemplate& look = *control.look;
-        control.widget->setGeometry(Resized(PlaceOf(look, units), look.onResize, growth));
+        control.widget->setGeometry(Resized(PlaceOf(look), look.onResize, growth));
         if (auto* const dropDown = dynamic_cast<QComboBox*>(control.widget))
             dropDown->setMaxVisibleItems(
                 std::max(3, (look.height - kClosedListHeight) / kListLine));
@@ -259,11 +256,11 @@ DialogWindow* DialogWindow::For(Dialog& dialog) {
         return dialog.m_window;
     NoticeTheEnd();
     dialog.m_window = new DialogWindow(dialog);
-    dialog.m_window->Initialise();
+    dialog.m_window->Open();
     return dialog.m_window;
 }
 
-void DialogWindow::Initialise() {
+void DialogWindow::Open() {
     SetTitle(CString(TextOf(m_dialog->m_look.text)));
     bool chooseFocus = true;
     m_isOpening = true;
@@ -277,17 +274,6 @@ void DialogWindow::Initialise() {
     AssignKeys();
 }
 
-void DialogWindow::Open() {
-    if (m_host)
-        return;
-    if (m_areKeysDue)
-        AssignKeys();
-    if (isVisible())
-        raise();
-    show();
-    activateWindow();
-}
-
 int DialogWindow::RunModal() {
     static auto* const shown = new std::vector<QPointer<DialogWindow>>;
     if (std::exchange(m_hasEnded, false) || m_loop || m_host)
@@ -298,9 +284,9 @@ int DialogWindow::RunModal() {
     const OpenedWindow opened(*this);
     QEventLoop loop;
     m_loop = &loop;
-    m_result = kIdCancel;
     shown->push_back(this);
-    Open();
+    show();
+    activateWindow();
     const QPointer<DialogWindow> self(this);
     loop.exec();
     shown->pop_back();
@@ -325,7 +311,7 @@ void DialogWindow::End(int result) {
 void DialogWindow::Destroy() {
     m_dialog = nullptr;
     hide();
-    if (IsWorking(Root()) || m_loop)
+    if (IsWorking(*this) || m_loop)
         deleteLater();
     else
         delete this;
@@ -362,6 +348,9 @@ void DialogWindow::RemovePage(DialogWindow& page) {
                                     [&page](const Page& held) { return held.window == &page; });
     if (found == m_pages.end())
         return;
+    // A window that is hidden would keep the focus in a page that is gone.
+    if (QWidget* const focus = focusWidget(); focus && page.isAncestorOf(focus))
+        focus->clearFocus();
     Tabs()->removeTab(static_cast<int>(found - m_pages.begin()));
     m_pages.erase(found);
     page.m_host = nullptr;

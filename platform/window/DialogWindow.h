@@ -30,8 +30,6 @@ public:
     Widget* FindWidget(int id);
     std::vector<Control>& Controls() { return m_controls; }
 
-    // Shows it, before other windows.
-    void Open();
     int RunModal();
     void End(int result);
     void SetTitle(const CString& text);
@@ -61,10 +59,11 @@ private:
     void MakeControls();
     void Connect(const Control& control);
     void GroupRadioButtons();
-    void Initialise();
+    void Open();
     void TakeTemplateSize();
     void Layout();
-    QSize Growth(const DialogUnits& units) const;
+    QSize Growth() const;
+    QRect PlaceOf(const ControlTemplate& look) const;
     void OrderTabStops();
     void FocusFirst();
     void PressDefault();

@@ -26,7 +26,6 @@ protected:
     void doItemsLayout() override;
     void updateGeometries() override;
     void keyPressEvent(QKeyEvent* event) override;
-    void showEvent(QShowEvent* event) override;
     void drawRow(QPainter* painter, const QStyleOptionViewItem& option,
                  const QModelIndex& index) const override;
 

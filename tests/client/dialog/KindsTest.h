@@ -8,9 +8,16 @@
 
 class KindsTest : public ManagerTest {
 protected:
-    KindsTest() { ForgetKinds(); }
+    KindsTest() : m_ncfKinds(manager.GetNCFMetadata()), m_focKinds(manager.GetFOCMetadata()) {
+        ForgetKinds();
+    }
 
     static constexpr int kOptional = 1;
+
+    void RegisterBuiltInKinds() {
+        manager.GetNCFMetadata() = m_ncfKinds;
+        manager.GetFOCMetadata() = m_focKinds;
+    }
 
     void RegisterNCF(const char16_t* id, int msgNum, int optional = 0) {
         manager.RegisterNCFMetadata(boost::make_shared<Repository::CNCFMetadata>(
@@ -51,4 +58,8 @@ protected:
     }
 
     TraceLines trace{workstation};
+
+private:
+    const Repository::CRepositoryStorageManager::NCFKinds m_ncfKinds;
+    const Repository::CRepositoryStorageManager::FOCKinds m_focKinds;
 };
