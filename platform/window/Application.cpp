@@ -12,7 +12,9 @@
 #include <QStyleFactory>
 #include <QTranslator>
 #include <array>
+#include <cstdio>
 #include <cstdlib>
+#include <exception>
 #include <locale>
 #include <string>
 
@@ -53,8 +55,10 @@ void MakeApplication(const QString& platform) {
 }
 
 void Translate(const QString& language) {
-    if (language.isEmpty())
+    static bool isTranslated = false;
+    if (language.isEmpty() || isTranslated)
         return;
+    isTranslated = true;
     QLocale::setDefault(QLocale(language));
     auto* const translator = new QTranslator(qApp);
     if (translator->load(QStringLiteral("qtbase_") + language,
@@ -62,23 +66,22 @@ void Translate(const QString& language) {
         QCoreApplication::installTranslator(translator);
 }
 
-void SetUpApplication(const QString& language) {
+void SetUpApplication() {
     QCoreApplication::setApplicationName(QStringLiteral("zebx"));
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     // Windows run loops of their own; none of them ends the process.
     QApplication::setQuitOnLastWindowClosed(false);
-    Translate(language);
     StartDroppingInput();
 }
 
-QString Start(const QString& language) {
+QString Start() {
     if (!qobject_cast<QApplication*>(QCoreApplication::instance())) {
         const Display display = FindDisplay();
         if (!display.problem.isEmpty())
             return display.problem;
         MakeApplication(display.platform);
     }
-    SetUpApplication(language);
+    SetUpApplication();
     return {};
 }
 
@@ -94,11 +97,14 @@ void NoticeTheEnd() {
 
 CString WhyNoWindows(CStringView language) try {
     static bool hasStarted = false;
-    if (hasStarted)
-        return {};
-    const QString problem = Start(ToQt(language));
-    hasStarted = problem.isEmpty();
-    return FromQt(problem);
+    if (!hasStarted) {
+        const QString problem = Start();
+        if (!problem.isEmpty())
+            return FromQt(problem);
+        hasStarted = true;
+    }
+    Translate(ToQt(language));
+    return {};
 } catch (const std::exception& error) {
     return FromQt(QString::fromUtf8(error.what()));
 }

@@ -173,11 +173,19 @@ bool IsWorking(const QWidget& window) {
                        [&](const Working& handler) { return handler.window == &window; });
 }
 
+const QWidget* WorkingWindow() {
+    return State().working.empty() ? nullptr : State().working.back().window;
+}
+
 OpenedWindow::OpenedWindow(const QWidget& window) {
     State().opened.push_back({&window, State().working.size()});
+    for (; QApplication::overrideCursor(); QApplication::restoreOverrideCursor())
+        m_cursors.push_back(*QApplication::overrideCursor());
 }
 
 OpenedWindow::~OpenedWindow() {
+    for (; !m_cursors.empty(); m_cursors.pop_back())
+        QApplication::setOverrideCursor(m_cursors.back());
     State().opened.pop_back();
 }
 

@@ -3,8 +3,9 @@
 // the user does with them is dropped.
 #pragma once
 
-#include <QPointer>
+#include <QCursor>
 #include <QWidget>
+#include <vector>
 
 namespace Platform {
 
@@ -23,6 +24,9 @@ public:
 // Whether a handler of that window works.
 bool IsWorking(const QWidget& window);
 
+// The window whose handler works now; null: none.
+const QWidget* WorkingWindow();
+
 // That window was opened by the handler that works now, if any, and takes input meanwhile.
 class OpenedWindow {
 public:
@@ -30,6 +34,9 @@ public:
     ~OpenedWindow();
     OpenedWindow(const OpenedWindow&) = delete;
     OpenedWindow& operator=(const OpenedWindow&) = delete;
+
+private:
+    std::vector<QCursor> m_cursors; // to wait with: not while the user is asked
 };
 
 // Takes input whatever other window's handler works.

@@ -14,6 +14,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTabBar>
 #include <QTabWidget>
 
 namespace Platform {
@@ -55,6 +56,9 @@ QWidget* MakeTabs(QWidget* parent) {
     auto* const tabs = new QTabWidget(parent);
     tabs->setUsesScrollButtons(true);
     tabs->setElideMode(Qt::ElideNone);
+    // The bar alone is a stop of the tab key.
+    tabs->setFocusPolicy(Qt::NoFocus);
+    tabs->tabBar()->setFocusPolicy(Qt::TabFocus);
     return tabs;
 }
 
@@ -118,7 +122,8 @@ void ShowText(const Control& control) {
         break;
     case ControlClass::IconButton: {
         auto* const button = static_cast<QAbstractButton*>(control.widget);
-        button->setText(button->icon().isNull() ? marked : QString());
+        const QString plain = ToQt(WithMnemonic(control.text, {}));
+        button->setText(button->icon().isNull() ? plain : QString());
         break;
     }
     case ControlClass::GroupBox:

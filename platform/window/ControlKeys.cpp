@@ -149,17 +149,18 @@ bool ShowsItsKey(const Control& control) {
            control.look->kind != ControlClass::IconButton;
 }
 
+// The shortcut stays, whatever its key: this may run while it is being worked off.
 void SetHiddenKey(Control& control, QWidget* pressed) {
-    delete control.shortcut;
-    control.shortcut = nullptr;
-    control.hiddenKey.clear();
-    if (!control.mnemonic.key || ShowsItsKey(control))
-        return;
-    const QKeySequence keys = Sequence(control.mnemonic);
+    const bool isHidden = control.mnemonic.key && !ShowsItsKey(control);
+    const QKeySequence keys = isHidden ? Sequence(control.mnemonic) : QKeySequence();
     control.hiddenKey = keys.toString(QKeySequence::NativeText);
-    control.shortcut = new QShortcut(keys, control.widget);
-    QObject::connect(control.shortcut, &QShortcut::activated, pressed,
-                     [pressed] { Press(pressed); });
+    if (isHidden && !control.shortcut) {
+        control.shortcut = new QShortcut(control.widget);
+        QObject::connect(control.shortcut, &QShortcut::activated, pressed,
+                         [pressed] { Press(pressed); });
+    }
+    if (control.shortcut)
+        control.shortcut->setKey(keys);
 }
 
 void ShowToolTip(Controls& controls, const Control& control) {

@@ -11,6 +11,7 @@
 #include <QComboBox>
 #include <QProgressBar>
 #include <algorithm>
+#include <limits>
 
 namespace Platform {
 namespace {
@@ -42,10 +43,8 @@ void Dialog::Create() {
 }
 
 void Dialog::Show() {
-    if (DialogWindow* const window = DialogWindow::For(*this)) {
-        window->show();
-        window->raise();
-    }
+    if (DialogWindow* const window = DialogWindow::For(*this))
+        window->Open();
 }
 
 void Dialog::Hide() {
@@ -149,7 +148,9 @@ bool Dialog::IsChecked(int id) const {
 void Dialog::SetRange(int id, int from, int to) {
     // An empty range would make the bar move to and fro.
     With<QProgressBar>(m_window, id, [from, to](QProgressBar& bar) {
-        bar.setRange(from, std::max(to, from == INT_MAX ? from : from + 1));
+        const int last = std::numeric_limits<int>::max() - 1;
+        const int begin = std::min(from, last);
+        bar.setRange(begin, std::max(to, begin + 1));
     });
 }
 

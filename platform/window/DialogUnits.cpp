@@ -17,8 +17,11 @@ int Rounded(double pixels) {
 
 DialogUnits::DialogUnits(const QFont& font) {
     const QFontMetricsF metrics(font);
-    const double letters = static_cast<double>(kLetters.size());
-    m_across = metrics.horizontalAdvance(kLetters.toString()) / letters / 4;
+    // One by one: side by side some stand closer together.
+    double width = 0;
+    for (const QChar letter : kLetters)
+        width += metrics.horizontalAdvance(letter);
+    m_across = width / static_cast<double>(kLetters.size()) / 4;
     m_down = metrics.height() / 8;
 }
 

@@ -41,6 +41,12 @@ CString EscapedTitle(CStringView text) {
     return escaped;
 }
 
+QRect PlaceOf(const ControlTemplate& look, const DialogUnits& units) {
+    if (look.kind != ControlClass::DropDownList)
+        return units.ToPixels(look.x, look.y, look.width, look.height);
+    return units.ToPixels(look.x, look.y, look.width, kClosedListHeight);
+}
+
 } // namespace
 
 DialogWindow::DialogWindow(Dialog& dialog) : QWidget(nullptr, Qt::Window), m_dialog(&dialog) {
@@ -56,8 +62,10 @@ DialogWindow::~DialogWindow() {
     if (m_host)
         m_host->RemovePage(*this);
     // Pages belong to their own dialogs.
-    for (const Page& page : m_pages)
-        page.window->setParent(nullptr);
+    for (const Page& page : m_pages) {
+        page.window->m_host = nullptr;
+        page.window->setParent(nullptr, Qt::Window);
+    }
     if (m_dialog)
         m_dialog->m_window = nullptr;
 }
@@ -126,36 +134,31 @@ void DialogWindow::TextChanged(Control& control) {
 // Layout.
 
 void DialogWindow::TakeTemplateSize() {
+    if (m_host)
+        return Layout();
     m_templateSize = DialogUnits(font()).ToPixels(m_dialog->m_look.width, m_dialog->m_look.height);
-    if (!m_host)
-        setMinimumSize(m_templateSize);
+    setMinimumSize(m_templateSize);
     resize(m_templateSize);
     Layout();
 }
 
-QRect DialogWindow::PlaceOf(const ControlTemplate& look) const {
-    const DialogUnits units(font());
-    if (look.kind != ControlClass::DropDownList)
-        return units.ToPixels(look.x, look.y, look.width, look.height);
-    return units.ToPixels(look.x, look.y, look.width, kClosedListHeight);
-}
-
 // A page grows with the tab control that it is in.
-QSize DialogWindow::Growth() const {
+QSize DialogWindow::Growth(const DialogUnits& units) const {
     if (!m_host)
         return size() - m_templateSize;
     for (const Control& control : m_host->m_controls) {
         if (control.look->kind == ControlClass::TabControl)
-            return control.widget->size() - m_host->PlaceOf(*control.look).size();
+            return control.widget->size() - PlaceOf(*control.look, units).size();
     }
     return {0, 0};
 }
 
 void DialogWindow::Layout() {
-    const QSize growth = Growth().expandedTo({0, 0});
+    const DialogUnits units(font());
+    const QSize growth = Growth(units).expandedTo({0, 0});
     for (const Control& control : m_controls) {
         const ControlTemplate& look = *control.look;
-        control.widget->setGeometry(Resized(PlaceOf(look), look.onResize, growth));
+        control.widget->setGeometry(Resized(PlaceOf(look, units), look.onResize, growth));
         if (auto* const dropDown = dynamic_cast<QComboBox*>(control.widget))
             dropDown->setMaxVisibleItems(
                 std::max(3, (look.height - kClosedListHeight) / kListLine));
@@ -256,11 +259,11 @@ DialogWindow* DialogWindow::For(Dialog& dialog) {
         return dialog.m_window;
     NoticeTheEnd();
     dialog.m_window = new DialogWindow(dialog);
-    dialog.m_window->Open();
+    dialog.m_window->Initialise();
     return dialog.m_window;
 }
 
-void DialogWindow::Open() {
+void DialogWindow::Initialise() {
     SetTitle(CString(TextOf(m_dialog->m_look.text)));
     bool chooseFocus = true;
     m_isOpening = true;
@@ -274,6 +277,17 @@ void DialogWindow::Open() {
     AssignKeys();
 }
 
+void DialogWindow::Open() {
+    if (m_host)
+        return;
+    if (m_areKeysDue)
+        AssignKeys();
+    if (isVisible())
+        raise();
+    show();
+    activateWindow();
+}
+
 int DialogWindow::RunModal() {
     static auto* const shown = new std::vector<QPointer<DialogWindow>>;
     if (std::exchange(m_hasEnded, false) || m_loop || m_host)
@@ -284,9 +298,9 @@ int DialogWindow::RunModal() {
     const OpenedWindow opened(*this);
     QEventLoop loop;
     m_loop = &loop;
+    m_result = kIdCancel;
     shown->push_back(this);
-    show();
-    activateWindow();
+    Open();
     const QPointer<DialogWindow> self(this);
     loop.exec();
     shown->pop_back();
@@ -311,7 +325,7 @@ void DialogWindow::End(int result) {
 void DialogWindow::Destroy() {
     m_dialog = nullptr;
     hide();
-    if (IsWorking(*this) || m_loop)
+    if (IsWorking(Root()) || m_loop)
         deleteLater();
     else
         delete this;

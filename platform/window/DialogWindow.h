@@ -30,6 +30,8 @@ public:
     Widget* FindWidget(int id);
     std::vector<Control>& Controls() { return m_controls; }
 
+    // Shows it, before other windows.
+    void Open();
     int RunModal();
     void End(int result);
     void SetTitle(const CString& text);
@@ -59,11 +61,10 @@ private:
     void MakeControls();
     void Connect(const Control& control);
     void GroupRadioButtons();
-    void Open();
+    void Initialise();
     void TakeTemplateSize();
     void Layout();
-    QSize Growth() const;
-    QRect PlaceOf(const ControlTemplate& look) const;
+    QSize Growth(const DialogUnits& units) const;
     void OrderTabStops();
     void FocusFirst();
     void PressDefault();

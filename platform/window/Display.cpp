@@ -26,9 +26,14 @@ QStringList PluginFolders() {
     return folders << QLibraryInfo::path(QLibraryInfo::PluginsPath) + QStringLiteral("/platforms");
 }
 
+QString PluginFile(const QString& name) {
+    const bool isWayland = name == u"wayland";
+    return QStringLiteral("libq%1.so").arg(isWayland ? QStringLiteral("wayland-generic") : name);
+}
+
 // Why Qt's plug-in for it cannot be loaded.
 QString PluginProblem(const QString& name) {
-    const QString file = QStringLiteral("libq%1.so").arg(name);
+    const QString file = PluginFile(name);
     for (const QString& folder : PluginFolders()) {
         const QString path = folder + u'/' + file;
         if (!QFileInfo::exists(path))

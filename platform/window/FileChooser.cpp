@@ -12,7 +12,6 @@ namespace {
 void SetUp(QFileDialog& chooser, const FileQuestion& question) {
     // The system's own chooser depends on what is installed.
     chooser.setOption(QFileDialog::DontUseNativeDialog);
-    chooser.setOption(QFileDialog::DontConfirmOverwrite);
     chooser.setWindowModality(Qt::WindowModal);
     chooser.setAcceptMode(question.isForSaving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     chooser.setFileMode(question.isForSaving ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
@@ -28,7 +27,9 @@ void SetUp(QFileDialog& chooser, const FileQuestion& question) {
 std::optional<CString> ChooseFile(const FileQuestion& question) try {
     if (!WhyNoWindows({}).empty())
         return {};
-    QFileDialog chooser(QApplication::activeWindow(), ToQt(question.title));
+    const QWidget* const working = WorkingWindow();
+    QWidget* const parent = working ? const_cast<QWidget*>(working) : QApplication::activeWindow();
+    QFileDialog chooser(parent, OneLine(question.title));
     SetUp(chooser, question);
     const OpenedWindow opened(chooser);
     if (chooser.exec() != QDialog::Accepted || chooser.selectedFiles().isEmpty())

@@ -7,12 +7,37 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScrollBar>
+#include <QStyledItemDelegate>
 #include <algorithm>
 
 namespace Platform {
+namespace {
+
+constexpr int kSpaceInRow = 4;
+
+// Rows are all of one height, which no text and no box of a row fills.
+class RowDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    static int Height(const QWidget& list) {
+        const int box = list.style()->pixelMetric(QStyle::PM_IndicatorHeight, nullptr, &list);
+        return std::max({list.fontMetrics().height(), box, kIconSize}) + kSpaceInRow;
+    }
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+        const QSize size = QStyledItemDelegate::sizeHint(option, index);
+        return {size.width(), option.widget ? Height(*option.widget) : size.height()};
+    }
+
+private:
+    static constexpr int kIconSize = 16;
+};
+
+} // namespace
 
 ListControl::ListControl(QWidget* parent) : QTreeView(parent) {
     setModel(&m_model);
+    setItemDelegate(new RowDelegate(this));
     setUniformRowHeights(true);
     setRootIsDecorated(false);
     setItemsExpandable(false);
@@ -88,9 +113,9 @@ bool ListControl::IsAtEnd() const {
     const int rows = m_model.rowCount();
     if (rows == 0 || m_rowToShow == rows - 1)
         return true;
-    const int height = rowHeight(m_model.index(0, 0));
-    return height <= 0 ||
-           (verticalScrollBar()->value() * height) + viewport()->height() >= rows * height;
+    // Rows that were just added are not laid out yet.
+    const int shown = viewport()->height() / RowDelegate::Height(*this);
+    return verticalScrollBar()->value() + shown >= rows;
 }
 
 void ListControl::Clear() {
@@ -101,7 +126,7 @@ void ListControl::Clear() {
 
 void ListControl::doItemsLayout() {
     QTreeView::doItemsLayout();
-    if (m_rowToShow < 0)
+    if (m_rowToShow < 0 || !isVisible())
         return;
     scrollTo(m_model.index(m_rowToShow, 0));
     m_rowToShow = -1;
@@ -110,6 +135,13 @@ void ListControl::doItemsLayout() {
 void ListControl::updateGeometries() {
     QTreeView::updateGeometries();
     FillWidth();
+}
+
+// Hidden, it had not its size yet.
+void ListControl::showEvent(QShowEvent* event) {
+    QTreeView::showEvent(event);
+    if (m_rowToShow >= 0)
+        scheduleDelayedItemsLayout();
 }
 
 void ListControl::keyPressEvent(QKeyEvent* event) {

@@ -26,6 +26,7 @@ protected:
     void doItemsLayout() override;
     void updateGeometries() override;
     void keyPressEvent(QKeyEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void drawRow(QPainter* painter, const QStyleOptionViewItem& option,
                  const QModelIndex& index) const override;
 

@@ -14,7 +14,7 @@ namespace Platform {
 enum class ControlClass {
     PushButton,
     DefaultPushButton, // what Enter presses
-    IconButton,        // its text is its name; see Dialog::SetIcon
+    IconButton,        // its tool tip, or else its text, is its name; see Dialog::SetIcon
     GroupBox,
     TabControl,
     ListView, // rows and columns, see ListView

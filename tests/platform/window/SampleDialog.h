@@ -6,9 +6,12 @@
 #include "platform/window/WindowSystem.h"
 
 #include <QApplication>
+#include <QTest>
+#include <QTimer>
 #include <QWidget>
 #include <functional>
 #include <gtest/gtest.h>
+#include <vector>
 
 // Starts the window system for the test program.
 class WindowTest : public testing::Test {
@@ -57,6 +60,17 @@ inline QWidget* WindowTitled(const QString& title) {
             return window;
     }
     return nullptr;
+}
+
+// Does it when the modal loop that is about to begin runs.
+template<class Action>
+void Soon(Action action) {
+    QTimer::singleShot(0, qApp, action);
+}
+
+// Letters are told to the window, which hands them to whoever has the key.
+inline void PressAlt(QWidget* window, char letter) {
+    QTest::keyClick(window->windowHandle(), letter, Qt::AltModifier);
 }
 
 template<class Widget = QWidget>
