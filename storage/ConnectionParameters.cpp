@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "storage/ConnectionParameters.h"
 
-#include "storage/ConnectionTest.h"
+#include "storage/ConnectionTrial.h"
 
 namespace Storage {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The plug-in's messages (20000 to 20219 of the message table) and their texts.
+// The plug-in's messages (20000 to 20209 of the message table) and their texts.
 #pragma once
 
 #include "ZEBXRepositoryClient/MsgProvider.h"

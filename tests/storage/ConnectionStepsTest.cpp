@@ -4,7 +4,7 @@
 #include "RawDatabase.h"
 #include "TestFiles.h"
 #include "platform/os/File.h"
-#include "storage/ConnectionTest.h"
+#include "storage/ConnectionTrial.h"
 #include "storage/Engine.h"
 #include "storage/SqliteConnection.h"
 #include "support/FailingCalls.h"

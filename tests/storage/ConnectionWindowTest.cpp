@@ -241,6 +241,14 @@ TEST_F(ConnectionWindow, TheExportThatTheModuleLacksIsNamed) {
     EXPECT_THAT(Platform::ToUtf8(log.Take().at(0)), HasSubstr("cannot be loaded (WhyNoWindows)"));
 }
 
+TEST_F(ConnectionWindow, TheRealModuleWithoutTheWindowSystemNamesTheLibraryThatIsMissing) {
+    Install(ZEBX_CONNECTION_WINDOW);
+    EXPECT_EQ(backend.EditConnectionParameters(), 0);
+    const std::string line = Platform::ToUtf8(log.Take().at(0));
+    EXPECT_THAT(line, HasSubstr("cannot be loaded (libzebxwindow.so: cannot open"));
+    EXPECT_THAT(line, HasSubstr("Install the package zebx-dialog"));
+}
+
 TEST_F(ConnectionWindow, WithoutADisplayTheLogSaysWhatIsMissing) {
     bool isShown = false;
     Script({[&](IConnectionParameters&, Connection&) {

@@ -2,6 +2,7 @@
 // The superuser may do everything; what others may not is tried as one of them.
 #pragma once
 
+#include <cstdlib>
 #include <stdexcept>
 #include <unistd.h>
 
@@ -13,3 +14,23 @@ inline void BecomeOrdinaryUser() {
     if (geteuid() == 0 && (setgid(kNobody) != 0 || setuid(kNobody) != 0))
         throw std::runtime_error("cannot become an ordinary user");
 }
+
+// The process is an ordinary user's for as long as the object lives: for what a child of the
+// test's own cannot do.
+class OrdinaryUserMeanwhile {
+public:
+    OrdinaryUserMeanwhile() {
+        constexpr uid_t kNobody = 65534;
+        if (m_isSuperuser && setresuid(kNobody, kNobody, 0) != 0)
+            throw std::runtime_error("cannot become an ordinary user");
+    }
+    ~OrdinaryUserMeanwhile() {
+        if (m_isSuperuser && setresuid(0, 0, 0) != 0)
+            std::abort();
+    }
+    OrdinaryUserMeanwhile(const OrdinaryUserMeanwhile&) = delete;
+    OrdinaryUserMeanwhile& operator=(const OrdinaryUserMeanwhile&) = delete;
+
+private:
+    bool m_isSuperuser = geteuid() == 0;
+};

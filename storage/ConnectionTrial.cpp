@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "storage/ConnectionTest.h"
+#include "storage/ConnectionTrial.h"
 
 #include "platform/os/Environment.h"
 #include "platform/os/File.h"

@@ -1,0 +1,222 @@
+// SPDX-License-Identifier: MIT
+#include "storage/window/ServerUri.h"
+
+#include "platform/text/CaseFold.h"
+#include "storage/window/PercentEncoding.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace Storage {
+namespace {
+
+// libpq's keywords that hold secrets.
+constexpr CStringView kSecrets[] = {u"password", u"sslpassword", u"oauth_client_secret",
+                                    u"scram_client_key", u"scram_server_key"};
+
+// What cannot be decoded is compared as it stands.
+CString Decoded(CStringView text) {
+    return PercentDecode(text).value_or(CString(text));
+}
+
+bool IsSecret(CStringView name) {
+    const CString folded = Platform::FoldCase(Decoded(name));
+    return std::ranges::find(kSecrets, folded) != std::end(kSecrets);
+}
+
+bool AreSeveral(CStringView hosts) {
+    return hosts.find(u',') != CStringView::npos;
+}
+
+bool IsInBrackets(CStringView host) {
+    return host.size() > 1 && host.front() == u'[' && host.back() == u']';
+}
+
+CString DecodedHost(CStringView host) {
+    if (AreSeveral(host))
+        return CString(host);
+    return Decoded(IsInBrackets(host) ? host.substr(1, host.size() - 2) : host);
+}
+
+CString EncodedHost(CStringView host) {
+    if (AreSeveral(host))
+        return CString(host);
+    const CStringView bare = IsInBrackets(host) ? host.substr(1, host.size() - 2) : host;
+    if (bare.find(u':') == CStringView::npos)
+        return PercentEncode(bare);
+    return u"[" + PercentEncode(bare, u":") + u"]";
+}
+
+// Takes what stands before the first of `separators` off the front of `text`.
+CStringView TakeUpTo(CStringView separators, CStringView& text) {
+    const CStringView taken = text.substr(0, text.find_first_of(separators));
+    text.remove_prefix(taken.size());
+    return taken;
+}
+
+} // namespace
+
+std::optional<ServerUri> ServerUri::Parse(CStringView text) {
+    const std::size_t colon = text.find(u"://");
+    if (colon == CStringView::npos)
+        return std::nullopt;
+    const CString scheme = Platform::FoldCase(text.substr(0, colon));
+    if (scheme != u"postgresql" && scheme != u"postgres")
+        return std::nullopt;
+    ServerUri uri;
+    uri.m_scheme = text.substr(0, colon + 3);
+    text.remove_prefix(uri.m_scheme.size());
+    const CStringView authority = TakeUpTo(u"/?", text);
+    const CStringView path = TakeUpTo(u"?", text);
+    // libpq would find the end of a password, or a user's name, further on.
+    const bool isUnclear = path.find(u'@') != CStringView::npos ||
+                           (authority.find(u'@') == CStringView::npos && path.empty() &&
+                            text.find(u'@') != CStringView::npos);
+    if (isUnclear || !uri.ReadAuthority(authority))
+        return std::nullopt;
+    if (!path.empty())
+        uri.m_database = path.substr(1);
+    uri.m_hasParameters = !text.empty();
+    if (text.size() > 1)
+        uri.ReadParameters(text.substr(1));
+    return uri.IsDecodable() ? std::optional(std::move(uri)) : std::nullopt;
+}
+
+bool ServerUri::ReadAuthority(CStringView text) {
+    const std::size_t at = text.find(u'@');
+    if (at == CStringView::npos)
+        return ReadHost(text);
+    const CStringView user = text.substr(0, at);
+    m_user = user.substr(0, user.find(u':'));
+    text.remove_prefix(at + 1);
+    return text.find(u'@') == CStringView::npos && ReadHost(text);
+}
+
+bool ServerUri::ReadHost(CStringView text) {
+    CStringView host = text;
+    if (!AreSeveral(text) && !text.empty() && text.front() == u'[') {
+        host = text.substr(0, text.find(u']') + 1);
+        if (!IsInBrackets(host))
+            return false;
+    } else if (!AreSeveral(text)) {
+        host = text.substr(0, text.find(u':'));
+    }
+    text.remove_prefix(host.size());
+    if (!text.empty() && text.front() != u':')
+        return false;
+    if (!host.empty())
+        m_host = host;
+    if (!text.empty())
+        m_port = text.substr(1);
+    // Letters there may be a password in front of an "@" that is missing.
+    return !m_port || m_port->find_first_not_of(u"0123456789") == CString::npos;
+}
+
+void ServerUri::ReadParameters(CStringView text) {
+    for (bool isLast = false; !isLast;) {
+        const CStringView piece = TakeUpTo(u"&", text);
+        isLast = text.empty();
+        text.remove_prefix(isLast ? 0 : 1);
+        const std::size_t equals = piece.find(u'=');
+        Parameter parameter{CString(piece.substr(0, equals)), std::nullopt};
+        if (equals != CStringView::npos)
+            parameter.value = piece.substr(equals + 1);
+        if (!IsSecret(parameter.name))
+            m_parameters.push_back(std::move(parameter));
+    }
+    m_hasParameters = !m_parameters.empty();
+}
+
+bool ServerUri::IsDecodable() const {
+    const auto isGood = [](const Part& part) { return !part || PercentDecode(*part); };
+    return isGood(m_user) && isGood(m_host) && isGood(m_port) && isGood(m_database) &&
+           std::ranges::all_of(m_parameters, [&](const Parameter& parameter) {
+               return PercentDecode(parameter.name) && isGood(parameter.value);
+           });
+}
+
+const ServerUri::Part* ServerUri::PartOf(CStringView keyword) const {
+    if (keyword == u"user")
+        return &m_user;
+    if (keyword == u"host")
+        return &m_host;
+    if (keyword == u"port")
+        return &m_port;
+    return keyword == u"dbname" ? &m_database : nullptr;
+}
+
+ServerUri::Part* ServerUri::PartOf(CStringView keyword) {
+    return const_cast<Part*>(std::as_const(*this).PartOf(keyword));
+}
+
+// Of several the last one counts, and it counts before what stands in front of the "?".
+const ServerUri::Parameter* ServerUri::Find(CStringView keyword) const {
+    const auto found =
+        std::find_if(m_parameters.rbegin(), m_parameters.rend(), [&](const Parameter& parameter) {
+            return parameter.value && Decoded(parameter.name) == keyword;
+        });
+    return found == m_parameters.rend() ? nullptr : &*found;
+}
+
+ServerUri::Parameter* ServerUri::Find(CStringView keyword) {
+    return const_cast<Parameter*>(std::as_const(*this).Find(keyword));
+}
+
+CString ServerUri::Value(CStringView keyword) const {
+    if (const Parameter* parameter = Find(keyword))
+        return Decoded(*parameter->value);
+    const Part* part = PartOf(keyword);
+    if (!part || !*part)
+        return {};
+    return keyword == u"host" ? DecodedHost(**part) : Decoded(**part);
+}
+
+void ServerUri::SetValue(CStringView keyword, CStringView value) {
+    if (Value(keyword) == value)
+        return;
+    Parameter* parameter = Find(keyword);
+    Part* part = PartOf(keyword);
+    if (value.empty()) {
+        std::erase_if(m_parameters,
+                      [&](const Parameter& each) { return Decoded(each.name) == keyword; });
+        if (part)
+            part->reset();
+    } else if (parameter) {
+        parameter->value = PercentEncode(value);
+    } else if (part == &m_host) {
+        SetHost(value);
+    } else if (part && !(part == &m_port && AreSeveral(m_host.value_or(CString())))) {
+        *part = PercentEncode(value);
+    } else {
+        m_parameters.push_back({CString(keyword), PercentEncode(value)});
+    }
+    m_hasParameters = !m_parameters.empty();
+}
+
+// Behind several hosts a port would be that of the last one.
+void ServerUri::SetHost(CStringView value) {
+    m_host = EncodedHost(value);
+    if (AreSeveral(value) && m_port)
+        m_parameters.push_back({u"port", *std::exchange(m_port, std::nullopt)});
+}
+
+CString ServerUri::Text() const {
+    CString text = m_scheme;
+    if (m_user)
+        text.append(*m_user).append(u"@");
+    text += m_host.value_or(CString());
+    if (m_port)
+        text.append(u":").append(*m_port);
+    if (m_database)
+        text.append(u"/").append(*m_database);
+    if (m_hasParameters)
+        text += u"?";
+    for (std::size_t i = 0; i < m_parameters.size(); ++i) {
+        text.append(i ? u"&" : u"").append(m_parameters[i].name);
+        if (m_parameters[i].value)
+            text.append(u"=").append(*m_parameters[i].value);
+    }
+    return text;
+}
+
+} // namespace Storage
