@@ -4,12 +4,12 @@
 #include "platform/window/Busy.h"
 #include "platform/window/Display.h"
 #include "platform/window/QtText.h"
+#include "platform/window/Style.h"
 #include "platform/window/WindowSystem.h"
 
 #include <QApplication>
 #include <QLibraryInfo>
 #include <QLocale>
-#include <QStyleFactory>
 #include <QTranslator>
 #include <array>
 #include <cstdio>
@@ -68,7 +68,7 @@ void Translate(const QString& language) {
 
 void SetUpApplication() {
     QCoreApplication::setApplicationName(QStringLiteral("zebx"));
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setStyle(new Style);
     // Windows run loops of their own; none of them ends the process.
     QApplication::setQuitOnLastWindowClosed(false);
     StartDroppingInput();

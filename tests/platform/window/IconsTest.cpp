@@ -3,7 +3,6 @@
 
 #include <QAbstractButton>
 #include <QPalette>
-#include <QStyle>
 
 using namespace Platform;
 
@@ -99,10 +98,6 @@ TEST_F(Icons, StandInPlaceOfTheButtonsText) {
     dialog.SetIcon(10, u"IDI_NO_SUCH_ICON");
     QApplication::processEvents();
     EXPECT_NE(button->text(), "") << "without an icon it has its text";
-}
-
-TEST_F(Icons, TheLookIsTheSameEverywhere) {
-    EXPECT_EQ(QApplication::style()->name(), "fusion");
 }
 
 } // namespace
