@@ -8,6 +8,10 @@
 # zebx_add_window_test(the same): its windows are real ones, on Qt's offscreen platform; it may
 # use Qt itself.
 set(ZEBX_TEST_HOME ${PROJECT_BINARY_DIR}/test-home)
+set(ZEBX_WINDOW_ENVIRONMENT
+  QT_QPA_PLATFORM=offscreen
+  XDG_RUNTIME_DIR=${ZEBX_TEST_HOME}/runtime
+  LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/leaks-of-others:print_suppressions=0)
 
 function(zebx_add_test name)
   cmake_parse_arguments(arg "" "" "SOURCES;LIBRARIES;MODULES;ENVIRONMENT" ${ARGN})
@@ -45,11 +49,8 @@ endfunction()
 
 function(zebx_add_window_test name)
   find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets Test)
-  set(runtime ${ZEBX_TEST_HOME}/runtime)
-  file(MAKE_DIRECTORY ${runtime})
-  file(CHMOD ${runtime} PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
-  zebx_add_test(${name} ${ARGN} ENVIRONMENT
-    QT_QPA_PLATFORM=offscreen
-    XDG_RUNTIME_DIR=${runtime})
+  file(MAKE_DIRECTORY ${ZEBX_TEST_HOME}/runtime)
+  file(CHMOD ${ZEBX_TEST_HOME}/runtime PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
+  zebx_add_test(${name} ${ARGN} ENVIRONMENT ${ZEBX_WINDOW_ENVIRONMENT})
   target_link_libraries(${name} PRIVATE zebxwindow Qt6::Widgets Qt6::Test)
 endfunction()
