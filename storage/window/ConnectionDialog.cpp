@@ -211,7 +211,7 @@ void ConnectionDialog::OnClicked(int id) {
         ChooseRepository();
     else if (id == Id::Test)
         RunTest();
-    else if (id != Platform::kIdOk || RunTest())
+    else if (id != Platform::kIdOk || TestBeforeOk())
         Dialog::OnClicked(id);
 }
 
@@ -228,6 +228,12 @@ void ConnectionDialog::ChooseRepository() {
         SetText(Id::File, *chosen);
         ReadFields();
     }
+}
+
+// The focus goes to what tells why the window stays.
+bool ConnectionDialog::TestBeforeOk() {
+    SetFocus(Id::Report);
+    return RunTest();
 }
 
 bool ConnectionDialog::RunTest() {

@@ -55,6 +55,7 @@ private:
     void EnableFields();
     void ReadFields();
     void ChooseRepository();
+    bool TestBeforeOk();
     bool RunTest();
 
     IConnectionParameters& m_parameters;

@@ -76,10 +76,11 @@ std::optional<ServerUri> ServerUri::Parse(CStringView text) {
         return std::nullopt;
     if (!path.empty())
         uri.m_database = path.substr(1);
-    uri.m_hasParameters = !text.empty();
-    if (text.size() > 1)
-        uri.ReadParameters(text.substr(1));
-    return uri.IsDecodable() ? std::optional(std::move(uri)) : std::nullopt;
+    if (text == u"?")
+        uri.m_tail = text;
+    return uri.ReadParameters(text.substr(text.empty() ? 0 : 1)) && uri.IsDecodable()
+               ? std::optional(std::move(uri))
+               : std::nullopt;
 }
 
 bool ServerUri::ReadAuthority(CStringView text) {
@@ -112,26 +113,28 @@ bool ServerUri::ReadHost(CStringView text) {
     return !m_port || m_port->find_first_not_of(u"0123456789") == CString::npos;
 }
 
-void ServerUri::ReadParameters(CStringView text) {
-    for (bool isLast = false; !isLast;) {
+bool ServerUri::ReadParameters(CStringView text) {
+    while (!text.empty()) {
         const CStringView piece = TakeUpTo(u"&", text);
-        isLast = text.empty();
-        text.remove_prefix(isLast ? 0 : 1);
         const std::size_t equals = piece.find(u'=');
-        Parameter parameter{CString(piece.substr(0, equals)), std::nullopt};
-        if (equals != CStringView::npos)
-            parameter.value = piece.substr(equals + 1);
-        if (!IsSecret(parameter.name))
-            m_parameters.push_back(std::move(parameter));
+        // Without a "=" it may be what stands behind a "&" in a password.
+        if (equals == CStringView::npos)
+            return false;
+        if (!IsSecret(piece.substr(0, equals)))
+            m_parameters.push_back(
+                {CString(piece.substr(0, equals)), CString(piece.substr(equals + 1))});
+        if (text == u"&")
+            m_tail = text;
+        text.remove_prefix(std::min<std::size_t>(text.size(), 1));
     }
-    m_hasParameters = !m_parameters.empty();
+    return true;
 }
 
 bool ServerUri::IsDecodable() const {
     const auto isGood = [](const Part& part) { return !part || PercentDecode(*part); };
     return isGood(m_user) && isGood(m_host) && isGood(m_port) && isGood(m_database) &&
            std::ranges::all_of(m_parameters, [&](const Parameter& parameter) {
-               return PercentDecode(parameter.name) && isGood(parameter.value);
+               return PercentDecode(parameter.name) && PercentDecode(parameter.value);
            });
 }
 
@@ -153,7 +156,7 @@ ServerUri::Part* ServerUri::PartOf(CStringView keyword) {
 const ServerUri::Parameter* ServerUri::Find(CStringView keyword) const {
     const auto found =
         std::find_if(m_parameters.rbegin(), m_parameters.rend(), [&](const Parameter& parameter) {
-            return parameter.value && Decoded(parameter.name) == keyword;
+            return Decoded(parameter.name) == keyword;
         });
     return found == m_parameters.rend() ? nullptr : &*found;
 }
@@ -164,7 +167,7 @@ ServerUri::Parameter* ServerUri::Find(CStringView keyword) {
 
 CString ServerUri::Value(CStringView keyword) const {
     if (const Parameter* parameter = Find(keyword))
-        return Decoded(*parameter->value);
+        return Decoded(parameter->value);
     const Part* part = PartOf(keyword);
     if (!part || !*part)
         return {};
@@ -190,7 +193,6 @@ void ServerUri::SetValue(CStringView keyword, CStringView value) {
     } else {
         m_parameters.push_back({CString(keyword), PercentEncode(value)});
     }
-    m_hasParameters = !m_parameters.empty();
 }
 
 // Behind several hosts a port would be that of the last one.
@@ -209,13 +211,13 @@ CString ServerUri::Text() const {
         text.append(u":").append(*m_port);
     if (m_database)
         text.append(u"/").append(*m_database);
-    if (m_hasParameters)
-        text += u"?";
-    for (std::size_t i = 0; i < m_parameters.size(); ++i) {
-        text.append(i ? u"&" : u"").append(m_parameters[i].name);
-        if (m_parameters[i].value)
-            text.append(u"=").append(*m_parameters[i].value);
+    char16_t separator = u'?';
+    for (const Parameter& parameter : m_parameters) {
+        text.append({separator}).append(parameter.name).append(u"=").append(parameter.value);
+        separator = u'&';
     }
+    if (m_tail == CStringView(&separator, 1))
+        text += m_tail;
     return text;
 }
 

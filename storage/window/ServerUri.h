@@ -33,12 +33,12 @@ private:
     using Part = std::optional<CString>;
     struct Parameter {
         CString name;
-        Part value;
+        CString value;
     };
 
     bool ReadAuthority(CStringView text);
     bool ReadHost(CStringView text);
-    void ReadParameters(CStringView text);
+    bool ReadParameters(CStringView text);
     bool IsDecodable() const;
 
     void SetHost(CStringView value);
@@ -52,8 +52,8 @@ private:
     Part m_host;
     Part m_port;
     Part m_database;
-    bool m_hasParameters = false;
     std::vector<Parameter> m_parameters;
+    CString m_tail; // a "?" or "&" that nothing follows
 };
 
 } // namespace Storage

@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QStyle>
 #include <set>
 
 namespace Storage {
@@ -39,6 +40,11 @@ protected:
     static int TextWidth(const QWidget* control) {
         if (const auto* const label = qobject_cast<const QLabel*>(control))
             return label->buddy() ? label->fontMetrics().horizontalAdvance(label->text()) : 0;
+        // Its hint is never narrower than the style's buttons are.
+        if (const auto* const button = qobject_cast<const QPushButton*>(control))
+            return button->fontMetrics().size(Qt::TextShowMnemonic, button->text()).width() +
+                   button->style()->pixelMetric(QStyle::PM_ButtonMargin) +
+                   2 * button->style()->pixelMetric(QStyle::PM_DefaultFrameWidth);
         if (const auto* const group = qobject_cast<const QGroupBox*>(control))
             return group->minimumSizeHint().width();
         if (qobject_cast<const QAbstractButton*>(control) ||
@@ -48,17 +54,26 @@ protected:
     }
 };
 
-TEST_F(ConnectionWindowLook, NothingIsCutOff) {
-    InBothLanguages([](const OpenWindow& window) {
-        for (const QWidget* control : ControlsOf(window)) {
-            EXPECT_LE(TextWidth(control), control->width()) << NameOf(control);
-            EXPECT_GE(control->height(), control->fontMetrics().height()) << NameOf(control);
-            EXPECT_TRUE(window.Widget()->rect().contains(control->geometry())) << NameOf(control);
-        }
-        const auto* const passwords = window.Find<QLabel>(Id::Passwords);
-        EXPECT_LE(passwords->heightForWidth(passwords->width()), passwords->height());
-        EXPECT_GE(passwords->text().size(), 60);
-    });
+TEST_F(ConnectionWindowLook, NothingIsCutOffInAnyFontSize) {
+    const QFont before = QApplication::font();
+    for (const int points : {7, 9, 14, 20}) {
+        SCOPED_TRACE(points);
+        QFont font = before;
+        font.setPointSize(points);
+        QApplication::setFont(font);
+        InBothLanguages([](const OpenWindow& window) {
+            for (const QWidget* control : ControlsOf(window)) {
+                EXPECT_LE(TextWidth(control), control->width()) << NameOf(control);
+                EXPECT_GE(control->height(), control->fontMetrics().height()) << NameOf(control);
+                EXPECT_TRUE(window.Widget()->rect().contains(control->geometry()))
+                    << NameOf(control);
+            }
+            const auto* const passwords = window.Find<QLabel>(Id::Passwords);
+            EXPECT_LE(passwords->heightForWidth(passwords->width()), passwords->height());
+            EXPECT_GE(passwords->text().size(), 60);
+        });
+    }
+    QApplication::setFont(before);
 }
 
 TEST_F(ConnectionWindowLook, ControlsStandBesideEachOther) {
@@ -87,7 +102,7 @@ TEST_F(ConnectionWindowLook, TextsAreThoseOfTheLanguage) {
         EXPECT_THAT(window.ReportLines(),
                     testing::ElementsAre(testing::StartsWith("✓ U redu: Adresa je razumljiva: "),
                                          testing::StartsWith("✗ Nije uspjelo: Na adresi "),
-                                         "Veza ne radi; ovakvu je nije moguće koristiti."));
+                                         "Ova se veza ne može koristiti."));
     });
 }
 

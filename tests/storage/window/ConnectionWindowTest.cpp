@@ -36,7 +36,7 @@ protected:
     void Write(const std::string& name, const std::string& text) {
         std::ofstream(folder / name, std::ios::binary) << text;
     }
-    const std::string notWorking = "The connection does not work; it cannot be used so.";
+    const std::string notWorking = "This connection cannot be used.";
     WorkspaceLog log;
 };
 
@@ -85,7 +85,7 @@ TEST_F(ConnectionWindows, AGoodRepositoryIsToldStepByStep) {
     EXPECT_THAT(lines[2], StartsWith("✓ OK: It can be opened and is a repository"));
     EXPECT_EQ(lines[3], "✓ OK: It is at revision 0. Files in it: 0.");
     EXPECT_EQ(lines[4], "✓ OK: You may read it and write to it.");
-    EXPECT_EQ(lines[5], "The connection works.");
+    EXPECT_EQ(lines[5], "This connection can be used.");
 }
 
 TEST_F(ConnectionWindows, AMissingRepositoryIsToldUnlessItShallBeMade) {
@@ -96,7 +96,7 @@ TEST_F(ConnectionWindows, AMissingRepositoryIsToldUnlessItShallBeMade) {
     EXPECT_THAT(made, ElementsAre(StartsWith("✓ OK: The address"),
                                   "✓ OK: There is no file " + PathOf("a/missing.db") +
                                       " yet. OK makes an empty repository there.",
-                                  "The connection works."));
+                                  "This connection can be used."));
     EXPECT_FALSE(fs::exists(folder / "a"));
 }
 
@@ -170,7 +170,7 @@ TEST_F(ConnectionWindows, WhoMayOnlyReadIsToldSoAndMayUseIt) {
 
 TEST_F(ConnectionWindows, BlanksAroundAPathAreNoPartOfIt) {
     Connect("one.db");
-    EXPECT_EQ(TestOf("  " + PathOf("one.db") + " ").back(), "The connection works.");
+    EXPECT_EQ(TestOf("  " + PathOf("one.db") + " ").back(), "This connection can be used.");
 }
 
 // OK and Cancel
@@ -202,6 +202,7 @@ TEST_F(ConnectionWindows, OkStaysAtWhatDoesNotWorkHoweverOften) {
                       window.Click(Platform::kIdOk);
                       EXPECT_TRUE(OpenWindow());
                       EXPECT_EQ(window.ReportLines().back(), notWorking);
+                      EXPECT_TRUE(window.Find(Id::Report)->hasFocus());
                   }
                   // What works then is taken.
                   window.Type(Id::File, PathOf("one.db"));
@@ -234,13 +235,15 @@ TEST_F(ConnectionWindows, CancelChangesNoByteAndKeepsTheConnection) {
     EXPECT_THAT(log.Take(), IsEmpty());
 }
 
-TEST_F(ConnectionWindows, EnterIsOkInEveryField) {
+TEST_F(ConnectionWindows, EnterIsOkInEveryFieldAndInTheReport) {
     Connect("one.db");
-    EXPECT_EQ(Edit([&](const OpenWindow& window) {
-                  QTest::keyClick(window.Find(Id::File), Qt::Key_Return);
-                  EXPECT_FALSE(OpenWindow());
-              }),
-              1);
+    for (const int id : {Id::ThisComputer, Id::File, Id::Create, Id::Report})
+        EXPECT_EQ(Edit([&](const OpenWindow& window) {
+                      window.Find(id)->setFocus();
+                      QTest::keyClick(window.Find(id), Qt::Key_Return);
+                      EXPECT_FALSE(OpenWindow()) << id;
+                  }),
+                  1);
 }
 
 TEST_F(ConnectionWindows, TheUsersOwnRepositoryIsKeptAsTheEmptyAddress) {

@@ -49,14 +49,14 @@ TEST_F(FieldsTrials, EachStepHasASignAndAWord) {
     EXPECT_EQ(trial.report, u"✓ OK: one %s\n"
                             u"! Warning: two\n"
                             u"✗ Failed: three\n"
-                            u"The connection does not work; it cannot be used so.");
+                            u"This connection cannot be used.");
 }
 
 TEST_F(FieldsTrials, AWarningIsNoFailure) {
     parameters.steps = {{StepResult::Worked, u"one"}, {StepResult::Warning, u"two"}};
     const FieldsTrial trial = TestFields(fields, true, parameters);
     EXPECT_TRUE(trial.works);
-    EXPECT_EQ(trial.report, u"✓ OK: one\n! Warning: two\nThe connection works.");
+    EXPECT_EQ(trial.report, u"✓ OK: one\n! Warning: two\nThis connection can be used.");
     EXPECT_EQ(trial.connection.address, u"sqlite:/srv/r.db");
     EXPECT_TRUE(trial.connection.create);
 }
@@ -75,7 +75,7 @@ TEST_F(FieldsTrials, WrongFieldsAreNotTried) {
     EXPECT_EQ(trial.report,
               u"✗ Failed: Name the server, or choose \"Service name\".\n"
               u"✗ Failed: The port is a number from 1 to 65535. Left empty, it is 5432.\n"
-              u"The connection does not work; it cannot be used so.");
+              u"This connection cannot be used.");
 }
 
 TEST_F(FieldsTrials, TheUsersOwnRepositoryIsTheEmptyAddress) {

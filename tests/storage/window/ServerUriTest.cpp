@@ -59,7 +59,7 @@ TEST(ServerUri, WhatNobodyChangesComesOutAsItWentIn) {
     for (const CStringView text :
          {u"postgresql://", u"postgres://h", u"PostgreSQL://h/", u"postgresql://h:/db",
           u"postgresql://@h", u"postgresql:///", u"postgresql:///db?host=/tmp&port=5433",
-          u"postgresql://%61na@h:5432/d%2fb?", u"postgresql://h/d?a=1&&b=&c&=d",
+          u"postgresql://%61na@h:5432/d%2fb?", u"postgresql://h/d?a=1&b=&=d&", u"postgresql://h?",
           u"postgresql://[::1]:5432/d", u"postgresql://[fe80::1%25eth0]/d",
           u"postgresql://one:5432,[::1]:5433,three/d?target_session_attrs=any",
           u"postgresql://%2Fvar%2Frun/d", u"postgresql://h/d?options=-c%20geqo%3Doff",
@@ -81,7 +81,7 @@ TEST(ServerUri, APasswordIsGoneWhereverItStands) {
     EXPECT_EQ(Read(u"postgresql://h/d?password=secret").Text(), u"postgresql://h/d");
     EXPECT_EQ(Read(u"postgresql://h/d?a=1&password=secret&b=2").Text(),
               u"postgresql://h/d?a=1&b=2");
-    EXPECT_EQ(Read(u"postgresql://h/d?pass%77ord=secret&PASSWORD=x&sslpassword=y&password").Text(),
+    EXPECT_EQ(Read(u"postgresql://h/d?pass%77ord=secret&PASSWORD=x&sslpassword=y").Text(),
               u"postgresql://h/d");
     EXPECT_EQ(Read(u"postgresql://h/d?scram_client_key=a&scram_server_key=b&"
                    u"oauth_client_secret=c&passfile=/p")
@@ -97,11 +97,25 @@ TEST(ServerUri, WhereItIsUnclearWhatIsAPasswordNothingIsRead) {
         EXPECT_FALSE(ServerUri::Parse(text)) << testing::PrintToString(CString(text));
 }
 
+TEST(ServerUri, NoPieceOfAPasswordIsLeftWhateverStandsInIt) {
+    for (char16_t unit = u' '; unit <= u'~'; ++unit)
+        for (const CStringView before : {u"postgresql://ana:", u"postgresql://h/d?password=",
+                                         u"postgresql://ana@h?a=1&sslpassword="}) {
+            const CString secret = CString(u"one") + unit + u"two";
+            const CString after = before.find(u'?') == CStringView::npos ? u"@h/d" : u"&b=2";
+            const auto uri = ServerUri::Parse(CString(before) + secret + after);
+            const CString text = uri ? uri->Text() : CString();
+            EXPECT_EQ(text.find(u"one"), CString::npos) << int(unit);
+            EXPECT_EQ(text.find(u"two"), CString::npos) << int(unit);
+        }
+}
+
 TEST(ServerUri, WhatIsNoneIsNotRead) {
     for (const CStringView text :
          {u"", u"postgresql:", u"postgresql:/h", u"mysql://h", u"://h", u"h/d", u"sqlite:/srv/r.db",
           u"postgresql://%zz/d", u"postgresql://h/%", u"postgresql://h/d?a=%0",
-          u"postgresql://[::1/d", u"postgresql://[::1]x/d", u"postgresql://a%00b/d"})
+          u"postgresql://[::1/d", u"postgresql://[::1]x/d", u"postgresql://a%00b/d",
+          u"postgresql://h/d?a", u"postgresql://h/d?a=1&&b=2"})
         EXPECT_FALSE(ServerUri::Parse(text)) << testing::PrintToString(CString(text));
 }
 
