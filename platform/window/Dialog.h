@@ -37,9 +37,10 @@ public:
     void SizeColumnToHeader(int column);
 
     // One text a column; missing ones are empty.  The data belongs to the caller.  `icon` is a
-    // resource (see Dialog::SetIcon), for the first column; null: none.  Returns the row.
+    // resource (see Dialog::SetIcon), before the text of that column; null: none.  Returns the
+    // row.
     int AddRow(std::vector<CString> texts, const void* data = nullptr,
-               const char16_t* icon = nullptr);
+               const char16_t* icon = nullptr, int iconColumn = 0);
     void DeleteAllRows();
     int RowCount() const;
     CString Text(int row, int column) const;
@@ -92,7 +93,8 @@ public:
     void Hide();
     bool IsShown() const;
     // Creates and shows it and works off what happens until it ends; returns the result given
-    // to EndDialog.  The dialog that was shown so last, if any, takes no input meanwhile.
+    // to EndDialog.  The dialog that was shown so last, if any, takes no input meanwhile.  An
+    // interruption (platform/host/Interruption.h) ends it with kIdCancel.
     int DoModal();
     // Ends DoModal; a window that was shown otherwise is hidden.
     void EndDialog(int result);

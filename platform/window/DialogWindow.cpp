@@ -3,6 +3,7 @@
 
 #include "platform/window/Application.h"
 #include "platform/window/Busy.h"
+#include "platform/window/InterruptionWatch.h"
 #include "platform/window/ListControl.h"
 #include "platform/window/QtText.h"
 #include "platform/window/WindowSystem.h"
@@ -302,7 +303,10 @@ int DialogWindow::RunModal() {
     shown->push_back(this);
     Open();
     const QPointer<DialogWindow> self(this);
-    loop.exec();
+    {
+        const InterruptionWatch watch(*this);
+        loop.exec();
+    }
     shown->pop_back();
     if (!self)
         return kIdCancel;

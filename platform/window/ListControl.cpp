@@ -33,6 +33,9 @@ private:
     static constexpr int kIconSize = 16;
 };
 
+// Laying out a text takes long: of a longer list, only longer texts than before are measured.
+constexpr int kRowsToMeasure = 1000;
+
 } // namespace
 
 ListControl::ListControl(QWidget* parent) : QTreeView(parent) {
@@ -64,9 +67,18 @@ void ListControl::SizeColumn(int column) {
         return;
     m_columns.resize(m_model.columnCount());
     Column& sized = m_columns[column];
-    sized.width = std::max(sized.width, header()->sectionSizeHint(column));
-    for (; sized.measured < m_model.rowCount(); ++sized.measured)
+    const int before = sized.width;
+    if (sized.width == 0)
+        sized.width = header()->sectionSizeHint(column);
+    for (; sized.measured < m_model.rowCount(); ++sized.measured) {
+        const std::size_t length = m_model.TextLength(sized.measured, column);
+        if (sized.measured >= kRowsToMeasure && length <= sized.longest)
+            continue;
+        sized.longest = std::max(sized.longest, length);
         sized.width = std::max(sized.width, CellWidth(sized.measured, column));
+    }
+    if (sized.width == before)
+        return;
     header()->resizeSection(column, sized.width);
     FillWidth();
 }

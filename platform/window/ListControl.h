@@ -32,8 +32,9 @@ protected:
 
 private:
     struct Column {
-        int width = 0;    // that header and texts ask for
-        int measured = 0; // rows
+        int width = 0;           // that header and texts ask for
+        int measured = 0;        // rows
+        std::size_t longest = 0; // of their texts
     };
 
     int CellWidth(int row, int column) const;

@@ -35,10 +35,11 @@ int ListModel::AddColumn(const CString& header) {
     return column;
 }
 
-int ListModel::AddRow(std::vector<CString> texts, const void* data, const char16_t* icon) {
+int ListModel::AddRow(std::vector<CString> texts, const void* data, const char16_t* icon,
+                      int iconColumn) {
     const int row = static_cast<int>(m_rows.size());
     beginInsertRows({}, row, row);
-    m_rows.push_back({std::move(texts), data, Icon(icon), 0});
+    m_rows.push_back({std::move(texts), data, Icon(icon), iconColumn, 0});
     endInsertRows();
     return row;
 }
@@ -54,6 +55,13 @@ CString ListModel::Text(int row, int column) const {
         return {};
     const std::vector<CString>& texts = m_rows[row].texts;
     return column >= 0 && column < static_cast<int>(texts.size()) ? texts[column] : CString();
+}
+
+std::size_t ListModel::TextLength(int row, int column) const {
+    if (!HasRow(row))
+        return 0;
+    const std::vector<CString>& texts = m_rows[row].texts;
+    return column >= 0 && column < static_cast<int>(texts.size()) ? texts[column].size() : 0;
 }
 
 const void* ListModel::Data(int row) const {
@@ -102,12 +110,10 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
     const Row& row = m_rows[index.row()];
     if (role == Qt::DisplayRole)
         return OneLine(Text(index.row(), index.column()));
-    if (index.column() != 0)
-        return {};
-    if (role == Qt::CheckStateRole && m_hasCheckBoxes)
-        return static_cast<int>(ToQt(row.checkState));
-    if (role == Qt::DecorationRole && row.icon)
+    if (role == Qt::DecorationRole && row.icon && index.column() == row.iconColumn)
         return *row.icon;
+    if (role == Qt::CheckStateRole && m_hasCheckBoxes && index.column() == 0)
+        return static_cast<int>(ToQt(row.checkState));
     return {};
 }
 

@@ -19,10 +19,11 @@ public:
 
     void SetHasCheckBoxes(bool has);
     int AddColumn(const CString& header);
-    int AddRow(std::vector<CString> texts, const void* data, const char16_t* icon);
+    int AddRow(std::vector<CString> texts, const void* data, const char16_t* icon, int iconColumn);
     void Clear();
     bool HasRow(int row) const { return row >= 0 && row < static_cast<int>(m_rows.size()); }
     CString Text(int row, int column) const;
+    std::size_t TextLength(int row, int column) const;
     const void* Data(int row) const;
     int CheckState(int row) const;
     void SetCheckState(int row, int state);
@@ -44,6 +45,7 @@ private:
         std::vector<CString> texts;
         const void* data;
         const QIcon* icon;
+        int iconColumn;
         int checkState;
     };
 

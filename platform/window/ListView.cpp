@@ -27,8 +27,9 @@ void ListView::SizeColumnToHeader(int column) {
         Of(m_list)->SizeColumn(column);
 }
 
-int ListView::AddRow(std::vector<CString> texts, const void* data, const char16_t* icon) {
-    return m_list ? Of(m_list)->Model().AddRow(std::move(texts), data, icon) : -1;
+int ListView::AddRow(std::vector<CString> texts, const void* data, const char16_t* icon,
+                     int iconColumn) {
+    return m_list ? Of(m_list)->Model().AddRow(std::move(texts), data, icon, iconColumn) : -1;
 }
 
 void ListView::DeleteAllRows() {
