@@ -16,6 +16,7 @@
 #include <cstdlib>
 #include <exception>
 #include <locale>
+#include <memory>
 #include <string>
 
 namespace Platform {
@@ -68,7 +69,7 @@ void Translate(const QString& language) {
 
 void SetUpApplication() {
     QCoreApplication::setApplicationName(QStringLiteral("zebx"));
-    QApplication::setStyle(new Style);
+    QApplication::setStyle(std::make_unique<Style>().release());
     // Windows run loops of their own; none of them ends the process.
     QApplication::setQuitOnLastWindowClosed(false);
     StartDroppingInput();

@@ -5,10 +5,10 @@
 #include "platform/window/Icons.h"
 #include "platform/window/ListControl.h"
 #include "platform/window/QtText.h"
+#include "platform/window/TextLabel.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QProgressBar>
@@ -28,14 +28,6 @@ QWidget* MakeButton(bool isDefault, QWidget* parent) {
     button->setDefault(isDefault);
     button->setIconSize(kIconSize);
     return button;
-}
-
-QWidget* MakeLabel(QWidget* parent) {
-    auto* const label = new QLabel(parent);
-    label->setTextFormat(Qt::PlainText);
-    label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    label->setWordWrap(true);
-    return label;
 }
 
 QWidget* MakeReadOnlyText(QWidget* parent) {
@@ -78,7 +70,7 @@ QWidget* MakeOfClass(ControlClass kind, QWidget* parent) {
     case ControlClass::DropDownList:
         return new QComboBox(parent);
     case ControlClass::Label:
-        return MakeLabel(parent);
+        return new TextLabel(parent);
     case ControlClass::TextField:
         return new QLineEdit(parent);
     case ControlClass::ReadOnlyText:

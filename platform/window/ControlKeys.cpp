@@ -10,7 +10,6 @@
 #include <QShortcut>
 #include <QTabBar>
 #include <QTabWidget>
-#include <QTimer>
 #include <optional>
 
 namespace Platform {
@@ -178,9 +177,9 @@ void ShowToolTip(Controls& controls, const Control& control) {
 QWidget* TargetOf(Controls& controls, Control& control) {
     if (Control* const buddy = BuddyOf(controls, control))
         return buddy->widget;
-    if (control.look->kind == ControlClass::GroupBox)
-        return FirstInside(controls, control)->widget;
-    return control.widget;
+    Control* const inside =
+        control.look->kind == ControlClass::GroupBox ? FirstInside(controls, control) : nullptr;
+    return inside ? inside->widget : control.widget;
 }
 
 void ShowKey(Controls& controls, Control& control) {
@@ -245,7 +244,8 @@ void DialogWindow::KeysChanged() {
     if (m_host)
         return m_host->KeysChanged();
     if (!m_areKeysDue)
-        QTimer::singleShot(0, this, [this] { AssignKeys(); });
+        QMetaObject::invokeMethod(
+            this, [this] { AssignKeys(); }, Qt::QueuedConnection);
     m_areKeysDue = true;
 }
 

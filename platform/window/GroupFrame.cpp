@@ -25,12 +25,14 @@ bool GroupFrame::event(QEvent* event) {
 void GroupFrame::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const int line = fontMetrics().height();
-    const QSize title =
-        fontMetrics().size(Qt::TextShowMnemonic | Qt::TextSingleLine, this->title());
-    const QRect place(kTitleIndent, 0, std::min(title.width(), width() - 2 * kTitleIndent), line);
+    const int middle = line / 2;
+    const int flags = Qt::TextShowMnemonic | Qt::TextSingleLine;
+    const QString shown =
+        fontMetrics().elidedText(title(), Qt::ElideRight, width() - 2 * kTitleIndent, flags);
+    const QRect place(kTitleIndent, 0, fontMetrics().size(flags, shown).width(), line);
 
     painter.save();
-    if (!this->title().isEmpty()) {
+    if (!shown.isEmpty()) {
         const QRect gap = place.adjusted(-kTitleMargin, 0, kTitleMargin, 0);
         painter.setClipRegion(QRegion(rect()) - QRegion(gap));
     }
@@ -38,13 +40,12 @@ void GroupFrame::paintEvent(QPaintEvent*) {
     QColor colour = palette().color(QPalette::WindowText);
     colour.setAlphaF(0.3F);
     painter.setPen(colour);
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, line / 2 + 0.5, -0.5, -0.5), kRadius,
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, middle + 0.5, -0.5, -0.5), kRadius,
                             kRadius);
     painter.restore();
 
-    style()->drawItemText(&painter, place,
-                          Qt::AlignLeft | Qt::TextShowMnemonic | Qt::TextSingleLine, palette(),
-                          isEnabled(), this->title(), QPalette::WindowText);
+    style()->drawItemText(&painter, place, Qt::AlignLeft | flags, palette(), isEnabled(), shown,
+                          QPalette::WindowText);
 }
 
 } // namespace Platform

@@ -70,6 +70,27 @@ TEST_F(Controls, ShowAnAmpersandAsItIs) {
     EXPECT_EQ(ControlOf<QLabel>(window, 20)->text(), "R & D");
 }
 
+TEST_F(Controls, ALabelOfOneLineCutsNoLetterInHalf) {
+    dialog.Show();
+    dialog.SetText(20, u"short");
+    const QWidget* const label = ControlOf(window, 20);
+    const auto rightmost = [label] {
+        const QImage image = const_cast<QWidget*>(label)->grab().toImage();
+        const QColor ground = image.pixelColor(0, image.height() - 1);
+        int right = 0;
+        for (int x = 0; x < image.width(); ++x) {
+            for (int y = 0; y < image.height(); ++y)
+                right = image.pixelColor(x, y) == ground ? right : x;
+        }
+        return right;
+    };
+    EXPECT_LT(rightmost(), label->width() / 2);
+    dialog.SetText(20, CString(300, u'W') + u" end");
+    EXPECT_GT(rightmost(), label->width() / 2);
+    EXPECT_LT(rightmost(), label->width() - 1) << "shortened, not cut off";
+    EXPECT_EQ(dialog.Text(20).size(), 304U);
+}
+
 TEST_F(Controls, AWindowsTitleIsShownAsItIs) {
     dialog.SetTitle(u"Log [*] of today");
     EXPECT_EQ(window->windowTitle(), "Log [*][*] of today") << "Qt's way to write it";

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Writes why no window can be shown here; where one can, shows it and ends with windows left
-// over, of which one is a static.
+// Writes why no window can be shown here; where one can, says "Cancel" in the user's language,
+// shows it and ends with windows left over, of which some are statics.
 #include "platform/text/Utf8.h"
 #include "platform/window/Dialog.h"
 #include "platform/window/WindowSystem.h"
 
+#include <QCoreApplication>
 #include <cstdio>
 
 namespace {
@@ -22,6 +23,8 @@ Platform::Dialog g_before(kLook);
 int main() {
     const CString reason = Platform::WhyNoWindows(u"hr");
     std::puts(Platform::ToUtf8(reason).c_str());
+    if (reason.empty())
+        std::puts(qPrintable(QCoreApplication::translate("QPlatformTheme", "Cancel")));
     static Platform::Dialog after(kLook);
     g_before.Show();
     after.Show();
