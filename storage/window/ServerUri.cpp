@@ -54,6 +54,26 @@ CStringView TakeUpTo(CStringView separators, CStringView& text) {
     return taken;
 }
 
+// "HOST:PORT", or the host alone.
+struct HostAndPort {
+    explicit HostAndPort(CStringView text) {
+        const bool bracket = !text.empty() && text.front() == u'[';
+        host = bracket ? text.substr(0, text.find(u']') + 1) : text.substr(0, text.find(u':'));
+        text.remove_prefix(host.size());
+        isGood = !bracket || IsInBrackets(host);
+        if (text.empty())
+            return;
+        port = text.substr(1);
+        // Letters there may be a password in front of an "@" that is missing.
+        isGood = isGood && text.front() == u':' &&
+                 port->find_first_not_of(u"0123456789") == CString::npos;
+    }
+
+    CStringView host;
+    std::optional<CString> port;
+    bool isGood = true;
+};
+
 } // namespace
 
 std::optional<ServerUri> ServerUri::Parse(CStringView text) {
@@ -94,23 +114,20 @@ bool ServerUri::ReadAuthority(CStringView text) {
 }
 
 bool ServerUri::ReadHost(CStringView text) {
-    CStringView host = text;
-    if (!AreSeveral(text) && !text.empty() && text.front() == u'[') {
-        host = text.substr(0, text.find(u']') + 1);
-        if (!IsInBrackets(host))
-            return false;
-    } else if (!AreSeveral(text)) {
-        host = text.substr(0, text.find(u':'));
+    if (AreSeveral(text)) {
+        m_host = text;
+        while (!text.empty()) {
+            if (!HostAndPort(TakeUpTo(u",", text)).isGood)
+                return false;
+            text.remove_prefix(std::min<std::size_t>(text.size(), 1));
+        }
+        return true;
     }
-    text.remove_prefix(host.size());
-    if (!text.empty() && text.front() != u':')
-        return false;
-    if (!host.empty())
-        m_host = host;
-    if (!text.empty())
-        m_port = text.substr(1);
-    // Letters there may be a password in front of an "@" that is missing.
-    return !m_port || m_port->find_first_not_of(u"0123456789") == CString::npos;
+    const HostAndPort read(text);
+    if (!read.host.empty())
+        m_host = read.host;
+    m_port = read.port;
+    return read.isGood;
 }
 
 bool ServerUri::ReadParameters(CStringView text) {

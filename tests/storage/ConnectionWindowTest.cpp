@@ -263,5 +263,16 @@ TEST_F(ConnectionWindow, WithoutADisplayTheLogSaysWhatIsMissing) {
                                         u"without them, type: zebx connect ADDRESS."));
 }
 
+TEST_F(ConnectionWindow, TheRealWindowWithoutADisplaySaysSo) {
+    workstation.Set("ZEBX_INSTALL", ZEBX_BUILD_DIR "/lib/zebx");
+    for (const char* name : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY"})
+        workstation.Set(name, std::nullopt);
+    Platform::UserSettings::Instance()->Reset();
+    EXPECT_EQ(backend.EditConnectionParameters(), 0);
+    EXPECT_THAT(Platform::ToUtf8(log.Take().at(0)),
+                HasSubstr("cannot be shown (neither DISPLAY nor WAYLAND_DISPLAY is set). Windows "
+                          "need a screen and the package zebx-dialog"));
+}
+
 } // namespace
 } // namespace Storage

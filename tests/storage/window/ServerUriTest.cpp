@@ -93,7 +93,8 @@ TEST(ServerUri, WhereItIsUnclearWhatIsAPasswordNothingIsRead) {
     for (const CStringView text :
          {u"postgresql://ana:se/cret@h/d", u"postgresql://ana:se?cret@h/d",
           u"postgresql://ana:se@cret@h/d", u"postgresql://h?application_name=a@b",
-          u"postgresql://ana:secret", u"postgresql://ana:secret/d"})
+          u"postgresql://ana:secret", u"postgresql://ana:secret/d",
+          u"postgresql://ana:secret,h:5432/d", u"postgresql://h,ana:secret/d"})
         EXPECT_FALSE(ServerUri::Parse(text)) << testing::PrintToString(CString(text));
 }
 
