@@ -16,17 +16,11 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QTabBar>
-#include <QTabWidget>
 #include <algorithm>
 #include <utility>
 
 namespace Platform {
 namespace {
-
-// A drop-down list's height in its template is that of its open list; closed it has this one.
-constexpr int kClosedListHeight = 12;
-constexpr int kListLine = 8;
 
 CString EscapedTitle(CStringView text) {
     // Qt takes "[*]" for the place of a mark for unsaved changes.
@@ -40,12 +34,6 @@ CString EscapedTitle(CStringView text) {
         }
     }
     return escaped;
-}
-
-QRect PlaceOf(const ControlTemplate& look, const DialogUnits& units) {
-    if (look.kind != ControlClass::DropDownList)
-        return units.ToPixels(look.x, look.y, look.width, look.height);
-    return units.ToPixels(look.x, look.y, look.width, kClosedListHeight);
 }
 
 } // namespace
@@ -132,70 +120,6 @@ void DialogWindow::TextChanged(Control& control) {
     KeysChanged();
 }
 
-// Layout.
-
-void DialogWindow::TakeTemplateSize() {
-    if (m_host)
-        return Layout();
-    m_templateSize = DialogUnits(font()).ToPixels(m_dialog->m_look.width, m_dialog->m_look.height);
-    setMinimumSize(m_templateSize);
-    resize(m_templateSize);
-    Layout();
-}
-
-// A page grows with the tab control that it is in.
-QSize DialogWindow::Growth(const DialogUnits& units) const {
-    if (!m_host)
-        return size() - m_templateSize;
-    for (const Control& control : m_host->m_controls) {
-        if (control.look->kind == ControlClass::TabControl)
-            return control.widget->size() - PlaceOf(*control.look, units).size();
-    }
-    return {0, 0};
-}
-
-void DialogWindow::Layout() {
-    const DialogUnits units(font());
-    const QSize growth = Growth(units).expandedTo({0, 0});
-    for (const Control& control : m_controls) {
-        const ControlTemplate& look = *control.look;
-        control.widget->setGeometry(Resized(PlaceOf(look, units), look.onResize, growth));
-        if (auto* const dropDown = dynamic_cast<QComboBox*>(control.widget))
-            dropDown->setMaxVisibleItems(
-                std::max(3, (look.height - kClosedListHeight) / kListLine));
-    }
-}
-
-void DialogWindow::resizeEvent(QResizeEvent*) {
-    Layout();
-}
-
-void DialogWindow::changeEvent(QEvent* event) {
-    if (event->type() == QEvent::FontChange && m_dialog)
-        TakeTemplateSize();
-    QWidget::changeEvent(event);
-}
-
-void DialogWindow::OrderTabStops() {
-    QWidget* last = nullptr;
-    const auto follow = [&last](QWidget* next) {
-        if (last)
-            setTabOrder(last, next);
-        last = next;
-    };
-    for (const Control& control : m_controls) {
-        if (auto* const tabs = dynamic_cast<QTabWidget*>(control.widget)) {
-            follow(tabs->tabBar());
-            for (const Page& page : m_pages) {
-                for (const Control& inPage : page.window->m_controls)
-                    follow(inPage.widget);
-            }
-        } else {
-            follow(control.widget);
-        }
-    }
-}
-
 void DialogWindow::FocusFirst() {
     for (const Control& control : m_controls) {
         if (IsFocusable(control.look->kind) && control.widget->isEnabled() &&
@@ -234,18 +158,17 @@ void DialogWindow::keyPressEvent(QKeyEvent* event) {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     const bool isPlain = !(event->modifiers() & ~Qt::KeypadModifier);
     auto* const button = dynamic_cast<QPushButton*>(window()->focusWidget());
-    if (!isPlain || event->isAutoRepeat())
+    const bool isKnown = isEnter || event->key() == Qt::Key_Escape;
+    const bool isForButton = isEnter && button;
+    // Ignored, it goes on to the window that this page is in.
+    if (!isKnown || !isPlain || event->isAutoRepeat() || (m_host && !isForButton))
         event->ignore();
-    else if (isEnter && button)
+    else if (isForButton)
         button->click();
-    else if (m_host)
-        event->ignore(); // on to the window that this page is in
     else if (isEnter)
         PressDefault();
-    else if (event->key() == Qt::Key_Escape)
-        close();
     else
-        event->ignore();
+        close();
 }
 
 void DialogWindow::closeEvent(QCloseEvent* event) {
@@ -333,47 +256,6 @@ void DialogWindow::Destroy() {
         deleteLater();
     else
         delete this;
-}
-
-// Pages.
-
-QTabWidget* DialogWindow::Tabs() {
-    for (const Control& control : m_controls) {
-        if (auto* const tabs = dynamic_cast<QTabWidget*>(control.widget))
-            return tabs;
-    }
-    return nullptr;
-}
-
-void DialogWindow::InsertPage(int index, DialogWindow& page, const CString& caption) {
-    QTabWidget* const tabs = Tabs();
-    if (!tabs || page.m_host)
-        return;
-    const int count = static_cast<int>(m_pages.size());
-    const int place = index < 0 || index > count ? count : index;
-    page.m_host = this;
-    page.setMinimumSize(0, 0);
-    page.setAccessibleName(ToQt(caption));
-    m_pages.insert(m_pages.begin() + place, {&page, caption});
-    tabs->insertTab(place, &page, ToQt(WithMnemonic(caption, {})));
-    page.Layout();
-    OrderTabStops();
-    KeysChanged();
-}
-
-void DialogWindow::RemovePage(DialogWindow& page) {
-    const auto found = std::find_if(m_pages.begin(), m_pages.end(),
-                                    [&page](const Page& held) { return held.window == &page; });
-    if (found == m_pages.end())
-        return;
-    // A window that is hidden would keep the focus in a page that is gone.
-    if (QWidget* const focus = focusWidget(); focus && page.isAncestorOf(focus))
-        focus->clearFocus();
-    Tabs()->removeTab(static_cast<int>(found - m_pages.begin()));
-    m_pages.erase(found);
-    page.m_host = nullptr;
-    page.setParent(nullptr, Qt::Window);
-    KeysChanged();
 }
 
 } // namespace Platform
