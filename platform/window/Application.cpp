@@ -16,7 +16,6 @@
 #include <cstdlib>
 #include <exception>
 #include <locale>
-#include <memory>
 #include <string>
 
 namespace Platform {
@@ -69,7 +68,9 @@ void Translate(const QString& language) {
 
 void SetUpApplication() {
     QCoreApplication::setApplicationName(QStringLiteral("zebx"));
-    QApplication::setStyle(std::make_unique<Style>().release());
+    auto* const style = new Style;
+    style->setParent(qApp);
+    QApplication::setStyle(style);
     // Windows run loops of their own; none of them ends the process.
     QApplication::setQuitOnLastWindowClosed(false);
     StartDroppingInput();

@@ -10,6 +10,7 @@
 #include <QShortcut>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTimerEvent>
 #include <optional>
 
 namespace Platform {
@@ -134,13 +135,10 @@ QKeySequence Sequence(const Mnemonic& mnemonic) {
     return QKeySequence(QKeyCombination(Qt::AltModifier, QtKey(mnemonic.key)));
 }
 
-void Press(QWidget* widget) {
-    if (auto* const button = dynamic_cast<QAbstractButton*>(widget)) {
-        button->setFocus(Qt::ShortcutFocusReason);
+void Press(QWidget& widget) {
+    widget.setFocus(Qt::ShortcutFocusReason);
+    if (auto* const button = dynamic_cast<QAbstractButton*>(&widget))
         button->click();
-    } else {
-        widget->setFocus(Qt::ShortcutFocusReason);
-    }
 }
 
 bool ShowsItsKey(const Control& control) {
@@ -156,7 +154,7 @@ void SetHiddenKey(Control& control, QWidget* pressed) {
     if (isHidden && !control.shortcut) {
         control.shortcut = new QShortcut(control.widget);
         QObject::connect(control.shortcut, &QShortcut::activated, pressed,
-                         [pressed] { Press(pressed); });
+                         [pressed] { Press(*pressed); });
     }
     if (control.shortcut)
         control.shortcut->setKey(keys);
@@ -231,7 +229,7 @@ void GiveKeys(DialogWindow& window, std::set<char16_t>& taken) {
 void DialogWindow::AssignKeys() {
     if (m_host)
         return m_host->AssignKeys();
-    m_areKeysDue = false;
+    m_keysTimer.stop();
     std::set<char16_t> taken;
     GiveKeys(*this, taken);
     for (const Page& page : m_pages) {
@@ -243,10 +241,14 @@ void DialogWindow::AssignKeys() {
 void DialogWindow::KeysChanged() {
     if (m_host)
         return m_host->KeysChanged();
-    if (!m_areKeysDue)
-        QMetaObject::invokeMethod(
-            this, [this] { AssignKeys(); }, Qt::QueuedConnection);
-    m_areKeysDue = true;
+    m_keysTimer.start(0, this);
+}
+
+void DialogWindow::timerEvent(QTimerEvent* event) {
+    if (event->timerId() == m_keysTimer.timerId())
+        AssignKeys();
+    else
+        QWidget::timerEvent(event);
 }
 
 } // namespace Platform

@@ -204,7 +204,7 @@ void DialogWindow::Initialise() {
 void DialogWindow::Open() {
     if (m_host)
         return;
-    if (m_areKeysDue)
+    if (m_keysTimer.isActive())
         AssignKeys();
     if (isVisible())
         raise();

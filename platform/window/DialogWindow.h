@@ -6,6 +6,7 @@
 #include "platform/window/Dialog.h"
 #include "platform/window/DialogUnits.h"
 
+#include <QBasicTimer>
 #include <QPointer>
 #include <QWidget>
 #include <functional>
@@ -55,6 +56,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
 
 private:
     explicit DialogWindow(Dialog& dialog);
@@ -82,7 +84,7 @@ private:
     int m_result = kIdCancel;
     bool m_isOpening = false;
     bool m_hasEnded = false; // while it was opening
-    bool m_areKeysDue = false;
+    QBasicTimer m_keysTimer; // runs when keys are to be assigned
 };
 
 template<class Widget>

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/window/Mnemonics.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 using namespace Platform;
-using testing::ElementsAre;
 
 namespace {
 
