@@ -16,6 +16,7 @@
 #include <cstdlib>
 #include <exception>
 #include <locale>
+#include <memory>
 #include <string>
 
 namespace Platform {
@@ -68,9 +69,7 @@ void Translate(const QString& language) {
 
 void SetUpApplication() {
     QCoreApplication::setApplicationName(QStringLiteral("zebx"));
-    auto* const style = new Style;
-    style->setParent(qApp);
-    QApplication::setStyle(style);
+    QApplication::setStyle(std::make_unique<Style>().release());
     // Windows run loops of their own; none of them ends the process.
     QApplication::setQuitOnLastWindowClosed(false);
     StartDroppingInput();

@@ -10,8 +10,9 @@
 #include <QShortcut>
 #include <QTabBar>
 #include <QTabWidget>
-#include <QTimerEvent>
+#include <map>
 #include <optional>
+#include <tuple>
 
 namespace Platform {
 namespace {
@@ -135,10 +136,13 @@ QKeySequence Sequence(const Mnemonic& mnemonic) {
     return QKeySequence(QKeyCombination(Qt::AltModifier, QtKey(mnemonic.key)));
 }
 
-void Press(QWidget& widget) {
-    widget.setFocus(Qt::ShortcutFocusReason);
-    if (auto* const button = dynamic_cast<QAbstractButton*>(&widget))
+void Press(QWidget* widget) {
+    if (auto* const button = dynamic_cast<QAbstractButton*>(widget)) {
+        button->setFocus(Qt::ShortcutFocusReason);
         button->click();
+    } else {
+        widget->setFocus(Qt::ShortcutFocusReason);
+    }
 }
 
 bool ShowsItsKey(const Control& control) {
@@ -154,7 +158,7 @@ void SetHiddenKey(Control& control, QWidget* pressed) {
     if (isHidden && !control.shortcut) {
         control.shortcut = new QShortcut(control.widget);
         QObject::connect(control.shortcut, &QShortcut::activated, pressed,
-                         [pressed] { Press(*pressed); });
+                         [pressed] { Press(pressed); });
     }
     if (control.shortcut)
         control.shortcut->setKey(keys);
@@ -206,22 +210,75 @@ void ShowNamesAndToolTips(Controls& controls) {
     }
 }
 
-void GiveKeys(DialogWindow& window, std::set<char16_t>& taken) {
-    const std::vector<Wish> wishes = WishesOf(window);
+// A window and its wishes, each with the key that it got.
+struct Keys {
+    DialogWindow* window;
+    std::vector<Wish> wishes;
+    std::vector<Mnemonic> given;
+};
+
+bool IsShownInText(const Wish& wish) {
+    return !wish.control || (!IsTextless(wish.control->look->kind) &&
+                             wish.control->look->kind != ControlClass::IconButton);
+}
+
+// What is shown in the texts of the window and all of its pages is chosen together, because a
+// page gets only what the window leaves.  The same text has the same key on each page.
+void GiveShownKeys(std::vector<Keys>& windows, std::set<char16_t>& taken) {
+    using Place = std::tuple<bool, CString, int>; // on a page, text, which of that text there
+    std::map<Place, std::size_t> places;
     std::vector<CString> texts;
-    for (const Wish& wish : wishes)
-        texts.push_back(wish.text);
+    const auto forEach = [&](const auto& act) {
+        for (Keys& keys : windows) {
+            std::map<CString, int> count;
+            for (std::size_t i = 0; i < keys.wishes.size(); ++i) {
+                const Wish& wish = keys.wishes[i];
+                if (IsShownInText(wish))
+                    act(Place(&keys != windows.data(), wish.text, count[wish.text]++), wish.text,
+                        keys.given[i]);
+            }
+        }
+    };
+    forEach([&](const Place& place, const CString& text, const Mnemonic&) {
+        if (places.try_emplace(place, texts.size()).second)
+            texts.push_back(text);
+    });
     const std::vector<Mnemonic> mnemonics = AssignMnemonics(texts, taken);
-    for (std::size_t i = 0; i < wishes.size(); ++i) {
-        if (wishes[i].control) {
-            wishes[i].control->mnemonic = mnemonics[i];
-            ShowKey(window.Controls(), *wishes[i].control);
+    forEach([&](const Place& place, const CString&, Mnemonic& given) {
+        given = mnemonics[places.at(place)];
+    });
+}
+
+void GiveHiddenKeys(Keys& keys, std::set<char16_t>& taken) {
+    std::vector<CString> texts;
+    for (const Wish& wish : keys.wishes)
+        if (!IsShownInText(wish))
+            texts.push_back(wish.text);
+    const std::vector<Mnemonic> mnemonics = AssignMnemonics(texts, taken);
+    auto next = mnemonics.begin();
+    for (std::size_t i = 0; i < keys.wishes.size(); ++i)
+        if (!IsShownInText(keys.wishes[i]))
+            keys.given[i] = *next++;
+}
+
+void ShowKeys(const Keys& keys) {
+    Controls& controls = keys.window->Controls();
+    for (std::size_t i = 0; i < keys.wishes.size(); ++i) {
+        const Wish& wish = keys.wishes[i];
+        if (wish.control) {
+            wish.control->mnemonic = keys.given[i];
+            ShowKey(controls, *wish.control);
         } else {
-            window.Tabs()->setTabText(wishes[i].tab,
-                                      ToQt(WithMnemonic(wishes[i].text, mnemonics[i])));
+            keys.window->Tabs()->setTabText(wish.tab, ToQt(WithMnemonic(wish.text, keys.given[i])));
         }
     }
-    ShowNamesAndToolTips(window.Controls());
+    ShowNamesAndToolTips(controls);
+}
+
+Keys KeysOf(DialogWindow& window) {
+    Keys keys{&window, WishesOf(window), {}};
+    keys.given.resize(keys.wishes.size());
+    return keys;
 }
 
 } // namespace
@@ -229,26 +286,28 @@ void GiveKeys(DialogWindow& window, std::set<char16_t>& taken) {
 void DialogWindow::AssignKeys() {
     if (m_host)
         return m_host->AssignKeys();
-    m_keysTimer.stop();
+    m_areKeysDue = false;
+    std::vector<Keys> windows = {KeysOf(*this)};
+    for (const Page& page : m_pages)
+        windows.push_back(KeysOf(*page.window));
     std::set<char16_t> taken;
-    GiveKeys(*this, taken);
-    for (const Page& page : m_pages) {
+    GiveShownKeys(windows, taken);
+    GiveHiddenKeys(windows.front(), taken);
+    for (Keys& keys : windows) {
         std::set<char16_t> takenInPage = taken;
-        GiveKeys(*page.window, takenInPage);
+        if (&keys != windows.data())
+            GiveHiddenKeys(keys, takenInPage);
+        ShowKeys(keys);
     }
 }
 
 void DialogWindow::KeysChanged() {
     if (m_host)
         return m_host->KeysChanged();
-    m_keysTimer.start(0, this);
-}
-
-void DialogWindow::timerEvent(QTimerEvent* event) {
-    if (event->timerId() == m_keysTimer.timerId())
-        AssignKeys();
-    else
-        QWidget::timerEvent(event);
+    if (!m_areKeysDue)
+        QMetaObject::invokeMethod(
+            this, [this] { AssignKeys(); }, Qt::QueuedConnection);
+    m_areKeysDue = true;
 }
 
 } // namespace Platform

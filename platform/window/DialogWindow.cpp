@@ -154,7 +154,20 @@ void DialogWindow::PressDefault() {
     }
 }
 
+// From anywhere in the window, not only from inside of the tab control.
+bool DialogWindow::TurnPage(const QKeyEvent& event) {
+    const bool isForward = event.key() == Qt::Key_Tab;
+    const int count = static_cast<int>(m_pages.size());
+    if (count == 0 || !(event.modifiers() & Qt::ControlModifier) ||
+        !(isForward || event.key() == Qt::Key_Backtab))
+        return false;
+    Tabs()->setCurrentIndex((Tabs()->currentIndex() + (isForward ? 1 : count - 1)) % count);
+    return true;
+}
+
 void DialogWindow::keyPressEvent(QKeyEvent* event) {
+    if (TurnPage(*event))
+        return;
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     const bool isPlain = !(event->modifiers() & ~Qt::KeypadModifier);
     auto* const button = dynamic_cast<QPushButton*>(window()->focusWidget());
@@ -204,7 +217,7 @@ void DialogWindow::Initialise() {
 void DialogWindow::Open() {
     if (m_host)
         return;
-    if (m_keysTimer.isActive())
+    if (m_areKeysDue)
         AssignKeys();
     if (isVisible())
         raise();

@@ -6,7 +6,6 @@
 #include "platform/window/Dialog.h"
 #include "platform/window/DialogUnits.h"
 
-#include <QBasicTimer>
 #include <QPointer>
 #include <QWidget>
 #include <functional>
@@ -56,7 +55,6 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
-    void timerEvent(QTimerEvent* event) override;
 
 private:
     explicit DialogWindow(Dialog& dialog);
@@ -70,6 +68,7 @@ private:
     void OrderTabStops();
     void FocusFirst();
     void PressDefault();
+    bool TurnPage(const QKeyEvent& event);
     DialogWindow& Root();
     // Runs it unless the window takes no input now; nothing else can be clicked meanwhile.
     void Handle(const std::function<void(Dialog&)>& handler);
@@ -84,7 +83,7 @@ private:
     int m_result = kIdCancel;
     bool m_isOpening = false;
     bool m_hasEnded = false; // while it was opening
-    QBasicTimer m_keysTimer; // runs when keys are to be assigned
+    bool m_areKeysDue = false;
 };
 
 template<class Widget>

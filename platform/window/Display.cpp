@@ -44,15 +44,13 @@ QString PluginProblem(const QString& name) {
     return QStringLiteral("Qt platform plugin \"%1\" (%2) is not installed").arg(name, file);
 }
 
-QString XcbProblem(std::shared_ptr<void>& held) {
+QString XcbProblem() {
     const QString display = Variable("DISPLAY");
     if (display.isEmpty())
         return QStringLiteral("DISPLAY is not set");
-    const std::shared_ptr<xcb_connection_t> connection(xcb_connect(nullptr, nullptr),
-                                                       xcb_disconnect);
-    const bool answers = connection && xcb_connection_has_error(connection.get()) == 0;
-    if (answers)
-        held = connection;
+    xcb_connection_t* const connection = xcb_connect(nullptr, nullptr);
+    const bool answers = connection && xcb_connection_has_error(connection) == 0;
+    xcb_disconnect(connection);
     return answers ? QString() : QStringLiteral("DISPLAY=%1: no X server answers").arg(display);
 }
 
@@ -67,16 +65,14 @@ QString WaylandProblem() {
 }
 
 // `platform` as in QT_QPA_PLATFORM: a name, and arguments after a colon.
-Display Tried(const QString& platform) {
+QString Problem(const QString& platform) {
     const QString name = platform.section(u':', 0, 0);
-    Display display = {platform, {}, {}};
+    QString problem;
     if (name == u"xcb")
-        display.problem = XcbProblem(display.connection);
+        problem = XcbProblem();
     else if (name.startsWith(u"wayland"))
-        display.problem = WaylandProblem();
-    if (display.problem.isEmpty())
-        display.problem = PluginProblem(name);
-    return display;
+        problem = WaylandProblem();
+    return problem.isEmpty() ? PluginProblem(name) : problem;
 }
 
 QStringList Candidates() {
@@ -96,14 +92,14 @@ QStringList Candidates() {
 Display FindDisplay() {
     QStringList problems;
     for (const QString& candidate : Candidates()) {
-        Display display = Tried(candidate);
-        if (display.problem.isEmpty())
-            return display;
-        problems << display.problem;
+        const QString problem = Problem(candidate);
+        if (problem.isEmpty())
+            return {candidate, {}};
+        problems << problem;
     }
     if (problems.isEmpty())
         problems << QStringLiteral("neither DISPLAY nor WAYLAND_DISPLAY is set");
-    return {{}, problems.join(QStringLiteral("; ")), {}};
+    return {{}, problems.join(QStringLiteral("; "))};
 }
 
 } // namespace Platform
