@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
-# bin/zebx, lib/zebx/*.arx, the headers of every floor and the CMake package.
+# bin/zebx, lib/zebx/*.arx, the headers of every floor and the CMake package.  The components
+# become Debian packages, see ZebxPackage.cmake.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS zebx RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
@@ -9,11 +10,17 @@ install(TARGETS zebxplatform ZEBXGisCore ZEBXLogging ZEBXWorkspaceCore ZEBXNetwo
   ZEBXRepositoryClient
   EXPORT ZEBXRepositoryClientTargets
   LIBRARY DESTINATION ${ZEBX_MODULE_DIR} COMPONENT runtime)
+# What shows windows, and so needs Qt: loaded when it is first shown, and a package of its own.
+# No module of somebody else's links it, so it is not exported and its headers stay here.
+install(TARGETS zebxwindow ZEBXWorkspaceWindow ZEBXRepositoryConnectionWindow
+  ZEBXRepositoryClientDialog
+  LIBRARY DESTINATION ${ZEBX_MODULE_DIR} COMPONENT dialog)
 
 install(DIRECTORY docs/schemas DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/zebx COMPONENT runtime)
 
 install(DIRECTORY platform/ DESTINATION ${ZEBX_INCLUDE_DIR}/platform COMPONENT development
-  FILES_MATCHING PATTERN "*.h" PATTERN "System*.h" EXCLUDE PATTERN "FolderNames.h" EXCLUDE)
+  FILES_MATCHING PATTERN "*.h" PATTERN "window" EXCLUDE PATTERN "System*.h" EXCLUDE
+  PATTERN "FolderNames.h" EXCLUDE)
 install(DIRECTORY
   family/GisCore/include/ family/Logging/include/ family/NetworkCore/include/
   family/WorkspaceCore/include/

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-# Debian packages by CPack: "zebx", to run, and "zebx-dev", to build modules of one's own
-# against it. scripts/package builds them as they are meant to be given away.
+# Debian packages by CPack: "zebx", to run; "zebx-dialog", its windows; and "zebx-dev", to build
+# modules of one's own against it. scripts/package builds them as they are meant to be given away.
 #
 # The modules lie in /usr/lib/zebx, a private folder, and find each other through $ORIGIN;
 # the program finds them through $ORIGIN/../lib/zebx.
@@ -24,6 +24,10 @@ install(FILES ${_debian}/copyright ${_changelog}
   DESTINATION share/doc/zebx COMPONENT runtime)
 install(FILES ${_debian}/zebx.lintian-overrides
   DESTINATION share/lintian/overrides RENAME zebx COMPONENT runtime)
+install(FILES ${_debian}/copyright ${_changelog}
+  DESTINATION share/doc/zebx-dialog COMPONENT dialog)
+install(FILES ${_debian}/zebx-dialog.lintian-overrides
+  DESTINATION share/lintian/overrides RENAME zebx-dialog COMPONENT dialog)
 install(DIRECTORY examples/installation
   DESTINATION share/doc/zebx/examples COMPONENT runtime)
 install(FILES ${_debian}/copyright ${_changelog}
@@ -37,7 +41,7 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_PRE_BUILD_SCRIPTS ${_debian}/compress-manual.cmake)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
   OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
-set(CPACK_COMPONENTS_ALL runtime development)
+set(CPACK_COMPONENTS_ALL runtime dialog development)
 set(CPACK_COMPONENTS_GROUPING IGNORE)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
@@ -57,6 +61,17 @@ set(CPACK_DEBIAN_RUNTIME_DESCRIPTION
 data: drawings of nodes, labels and symbols, configuration files, general
 settings. zebx sends them to one repository, a SQLite file, and loads them
 on every other workstation, byte for byte, all or a selection.")
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SUGGESTS zebx-dialog)
+set(CPACK_DEBIAN_DIALOG_PACKAGE_NAME zebx-dialog)
+set(CPACK_DEBIAN_DIALOG_PACKAGE_SECTION utils)
+set(CPACK_DEBIAN_DIALOG_PACKAGE_DEPENDS "zebx (= ${PROJECT_VERSION})")
+set(CPACK_DEBIAN_DIALOG_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_DIALOG_PACKAGE_RECOMMENDS "qt6-translations-l10n")
+set(CPACK_DEBIAN_DIALOG_DESCRIPTION
+"The configuration dialog of zebx with its connection and log windows, in
+which everything or a selection is loaded from the shared repository and an
+administrator sends to it: zebx dialog. A machine without a screen runs zebx
+without this package.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME zebx-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "zebx (= ${PROJECT_VERSION}), libboost-dev (>= 1.74)")
