@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
 // What zebx dialog and the console's REPOSITORY say where the dialog cannot be shown.
 #include "Documents.h"
-#include "Running.h"
 
 #include <gmock/gmock.h>
-#include <signal.h>
 
 using namespace AppTest;
 using testing::AllOf;
@@ -58,26 +56,6 @@ TEST_F(DialogVerb, AModuleThatCannotBeLoadedIsNamedWithTheSystemsReason) {
     Write(installation / "ZEBXRepositoryClientDialog.arx", "this is no module");
     ExpectRefusal(AllOf(HasSubstr("ZEBXRepositoryClientDialog.arx"), HasSubstr("too short"),
                         HasSubstr("zebx-dialog")));
-}
-
-TEST(DialogVerbOfTheInstallation, WithoutADisplaySaysSo) {
-    const Ended run = Station().Zebx({"dialog"});
-    EXPECT_EQ(run.status, 3) << run;
-    EXPECT_THAT(run.err, HasSubstr("DISPLAY"));
-    EXPECT_EQ(Station().Zebx({"dialog", "--language", "hr"}).status, 3);
-}
-
-TEST(DialogVerbOfTheInstallation, StandsUntilItIsClosedAndASignalClosesIt) {
-    Station station;
-    station.Set("QT_QPA_PLATFORM", "offscreen");
-    station.Set("XDG_RUNTIME_DIR", station.Folder().string());
-    fs::permissions(station.Folder(), fs::perms(0700));
-    Running dialog(station, {"dialog", "--json"});
-    ASSERT_TRUE(dialog.WaitUntilCaught(SIGINT));
-    dialog.Signal(SIGINT);
-    const Ended run = dialog.Finish();
-    EXPECT_EQ(run.status, 130) << run;
-    EXPECT_EQ(DocumentOf(run)["result"]["shown"], true) << run;
 }
 
 } // namespace

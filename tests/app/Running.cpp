@@ -25,13 +25,6 @@ unsigned long long CaughtSignals(pid_t process) {
     return 0;
 }
 
-// It is still to be waited for.
-bool HasEnded(pid_t process) {
-    siginfo_t ended = {};
-    return waitid(P_PID, static_cast<id_t>(process), &ended, WEXITED | WNOHANG | WNOWAIT) == 0 &&
-           ended.si_pid == process;
-}
-
 } // namespace
 
 Running::Running(const Station& station, const std::vector<std::string>& arguments)
@@ -90,16 +83,9 @@ bool Running::WaitUntilItStandsStill() const {
     constexpr int kAlmostFull = kPipeBytes - 64; // a line does not fit
     int told = 0;
     while (ioctl(m_errors, FIONREAD, &told) == 0 && told < kAlmostFull) {
-        if (HasEnded(m_child))
-            return false;
-        sched_yield();
-    }
-    return true;
-}
-
-bool Running::WaitUntilCaught(int signal) const {
-    while (!(CaughtSignals(m_child) >> (signal - 1) & 1)) {
-        if (HasEnded(m_child))
+        siginfo_t ended = {};
+        if (waitid(P_PID, static_cast<id_t>(m_child), &ended, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+            ended.si_pid == m_child)
             return false;
         sched_yield();
     }

@@ -23,9 +23,8 @@ public:
     // Waits until it has told so much that nobody read that it can tell no more; false when
     // it ended before.
     bool WaitUntilItStandsStill() const;
-    // Waits until the program takes the signal for itself; false when it ended without.
-    bool WaitUntilCaught(int signal) const;
-    // Waits until it does so no longer, its first one having been handled.
+    // Waits until the program takes the signal for itself no longer, its first one having
+    // been handled.
     void WaitUntilNotCaught(int signal) const;
 
     // Reads the rest; the status is negative for the signal that ended it.

@@ -7,29 +7,15 @@
 #include <stdlib.h>
 #include <sys/ioctl.h>
 #include <sys/wait.h>
-#include <termios.h>
 #include <unistd.h>
 
 namespace AppTest {
-namespace {
-
-// As terminals do: what is typed before the program edits lines itself is corrected by the
-// system.
-void EraseWholeLetters(int terminal) {
-    termios settings = {};
-    tcgetattr(terminal, &settings);
-    settings.c_iflag |= IUTF8;
-    tcsetattr(terminal, TCSANOW, &settings);
-}
-
-} // namespace
 
 Terminal::Terminal(const Station& station, const std::vector<std::string>& arguments) {
     m_terminal = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
     if (m_terminal < 0 || grantpt(m_terminal) != 0 || unlockpt(m_terminal) != 0)
         throw std::runtime_error("no pseudo-terminal");
     const std::string name = ptsname(m_terminal);
-    EraseWholeLetters(m_terminal);
     std::vector<std::string> words = {(fs::path(ZEBX_BUILD_DIR) / "bin/zebx").string()};
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<std::string> environment = station.Environment();

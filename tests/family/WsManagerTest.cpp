@@ -3,10 +3,8 @@
 
 #include "platform/os/File.h"
 #include "platform/os/Path.h"
-#include "platform/text/Utf8.h"
 #include "support/DocumentExample.h"
 #include "support/TemporaryFolder.h"
-#include "support/Workstation.h"
 
 #include <boost/make_shared.hpp>
 #include <gmock/gmock.h>
@@ -94,28 +92,6 @@ TEST_F(WsManager, ASinkMayRemoveASinkWhileItIsWrittenTo) {
     m_manager->RemoveSink(remover);
     EXPECT_EQ(m_sink->messages.size(), 1u);
     EXPECT_EQ(remover->messages.size(), 2u);
-}
-
-TEST_F(WsManager, WithoutTheWindowsModuleSaysWhichFileIsMissingAndGoesOn) {
-    Workstation workstation;
-    workstation.Set("ZEBX_INSTALL", workstation.Folder().Native().string());
-    CString reason;
-    EXPECT_EQ(m_manager->ShowWindow(&reason), 0);
-    const std::string file = (workstation.Folder().Native() / "ZEBXWorkspaceWindow.arx").string();
-    EXPECT_THAT(Platform::ToUtf8(reason), testing::StartsWith(file + ": "));
-    EXPECT_EQ(m_manager->ShowWindow(), 0);
-    m_manager->HideWindow();
-}
-
-TEST_F(WsManager, AWindowsModuleThatIsNoneIsNamedWithTheSystemsReason) {
-    Workstation workstation;
-    workstation.Set("ZEBX_INSTALL", workstation.Folder().Native().string());
-    Platform::WriteFile(workstation.Folder().Path() + u"ZEBXWorkspaceWindow.arx", "no module");
-    CString reason;
-    EXPECT_EQ(m_manager->ShowWindow(&reason), 0);
-    EXPECT_THAT(Platform::ToUtf8(reason),
-                testing::AllOf(testing::HasSubstr("ZEBXWorkspaceWindow.arx"),
-                               testing::HasSubstr("too short")));
 }
 
 std::vector<std::string> LinesOf(const CString& path) {

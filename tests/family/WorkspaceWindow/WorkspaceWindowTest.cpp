@@ -6,14 +6,12 @@
 #include "platform/os/UserSettings.h"
 #include "platform/text/Utf8.h"
 #include "platform/window/Dialog.h"
-#include "platform/window/WindowSystem.h"
 #include "support/Workstation.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
-#include <QElapsedTimer>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -21,7 +19,6 @@
 #include <QScrollBar>
 #include <QTest>
 #include <QTimer>
-#include <functional>
 #include <gmock/gmock.h>
 
 namespace {
@@ -257,44 +254,6 @@ TEST_F(LogWindow, ClosedItKeepsItsLinesAndCollectsMoreAndComesBackWhereItWas) {
     manager->ShowWindow();
     manager->HideWindow();
     EXPECT_FALSE(window->isVisible());
-}
-
-constexpr Platform::ControlTemplate kWork[] = {
-    {100, Platform::ControlClass::PushButton, u"Work", 7, 7, 50, 14},
-};
-constexpr Platform::DialogTemplate kWorkLook = {u"Work", 100, 60, kWork};
-
-// A dialog with one button, and what this does.
-class WorkingDialog : public Platform::Dialog {
-public:
-    explicit WorkingDialog(std::function<void()> work)
-        : Dialog(kWorkLook), m_work(std::move(work)) {}
-    void OnClicked(int) override {
-        m_work();
-        EndDialog(Platform::kIdOk);
-    }
-
-private:
-    std::function<void()> m_work;
-};
-
-TEST_F(LogWindow, IsUsedWhileTheHandlerOfAModalDialogWorks) {
-    bool wasUnticked = false;
-    WorkingDialog dialog([&] {
-        Log(1, u"while it works");
-        QTimer::singleShot(0, [this] { Tick(kSuccesses, false); });
-        QElapsedTimer time;
-        time.start();
-        while (!wasUnticked && time.elapsed() < 5000) {
-            Platform::PumpWindows();
-            wasUnticked = !Control<QCheckBox>(kSuccesses)->isChecked();
-        }
-    });
-    QTimer::singleShot(0, [] {
-        QTest::mouseClick(WindowTitled("Work")->findChild<QPushButton*>("100"), Qt::LeftButton);
-    });
-    EXPECT_EQ(dialog.DoModal(), Platform::kIdOk);
-    EXPECT_TRUE(wasUnticked);
 }
 
 TEST_F(LogWindow, EveryControlHasANameAndIsReachedByTheTabulator) {

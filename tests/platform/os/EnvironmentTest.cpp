@@ -78,17 +78,3 @@ TEST(Environment, APseudoTerminalIsATerminalAndAPipeIsNot) {
     close(ends[1]);
     EXPECT_FALSE(Platform::IsTerminal(-1));
 }
-
-TEST(Environment, TheTimeOfDayIsThatOfTheWorkstationsZone) {
-    EXPECT_TRUE(PassesInAChildProcess([] {
-        setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
-        tzset();
-        EXPECT_EQ(Platform::LocalTimeOfDay(u"2026-11-21T08:05:19Z"), u"09:05:19");
-        EXPECT_EQ(Platform::LocalTimeOfDay(u"2026-07-21T23:05:19Z"), u"01:05:19");
-    }));
-}
-
-TEST(Environment, WhatIsNoTimeIsGivenBackAsItIs) {
-    for (const CString text : {u"", u"T1", u"2026-11-21T08:05:19", u"2026-11-21T08:05:19Z!"})
-        EXPECT_EQ(Platform::LocalTimeOfDay(text), text);
-}

@@ -12,6 +12,7 @@
 
 using namespace Platform;
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 namespace {
 

@@ -2,7 +2,6 @@
 #include "SampleDialog.h"
 
 #include <QClipboard>
-#include <QElapsedTimer>
 #include <QHeaderView>
 #include <QScrollBar>
 #include <QTreeView>
@@ -17,9 +16,26 @@ constexpr ControlTemplate kControls[] = {
     {10, ControlClass::ListView, nullptr, 7, 7, 200, 100, GrowWide | GrowTall}};
 constexpr DialogTemplate kLook = {u"List", 214, 114, kControls};
 
-class AListView : public WindowTest {};
+class AListView : public WindowTest {
+protected:
+    void SetUp() override {
+        WindowTest::SetUp();
+        dialog.Create();
+        view = ControlOf<QTreeView>(WindowTitled("List"), 10);
+        ASSERT_TRUE(view);
+        list.InsertColumn(u"Name");
+    }
+    void ShowIt() {
+        dialog.Show();
+        QApplication::processEvents();
+    }
+    QPoint MiddleOf(int row) { return view->visualRect(view->model()->index(row, 0)).center(); }
+    QTreeView* view = nullptr;
+    SampleDialog dialog{kLook};
+    ListView list{nullptr};
+};
 
-class AFilledListView : public WindowTest {
+class AFilledListView : public AListView {
 protected:
     void SetUp() override {
         WindowTest::SetUp();
@@ -33,14 +49,6 @@ protected:
         EXPECT_EQ(list.AddRow({u"second"}), 1);
         EXPECT_EQ(list.AddRow({u"third", u"3", u"too many"}, nullptr, u"IDI_WARNING"), 2);
     }
-    void ShowIt() {
-        dialog.Show();
-        QApplication::processEvents();
-    }
-    QPoint MiddleOf(int row) { return view->visualRect(view->model()->index(row, 0)).center(); }
-    QTreeView* view = nullptr;
-    SampleDialog dialog{kLook};
-    ListView list{nullptr};
 };
 
 TEST_F(AListView, WithoutAListHasNothing) {

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "platform/window/Mnemonics.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 using namespace Platform;
+using testing::ElementsAre;
 
 namespace {
 
