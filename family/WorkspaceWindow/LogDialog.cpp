@@ -52,6 +52,10 @@ std::array<CString, kLineKinds.size()> MsgsOfKinds(LogText first) {
     return texts;
 }
 
+CString ToText(std::size_t count) {
+    return Platform::ToText(static_cast<std::int64_t>(count));
+}
+
 int BoxOf(LineKind kind) {
     return kIdSuccesses + static_cast<int>(kind);
 }
@@ -113,7 +117,7 @@ void CDlgWorkspaceLog::FillList() {
     for (const LineKind kind : kLineKinds)
         ShowCount(kind);
     if (m_lines.HaveSomeGone())
-        Tell(Msg(LogText::SomeGone, {Platform::ToText(CWsLogLines::kMostLines)}));
+        Tell(Msg(LogText::SomeGone, {ToText(CWsLogLines::kMostLines)}));
     SizeColumns();
     FollowEnd(true);
     m_isFilled = true;
@@ -131,7 +135,7 @@ void CDlgWorkspaceLog::ShowLine(const CWsMessage& line) {
 
 void CDlgWorkspaceLog::ShowCount(LineKind kind) {
     SetText(BoxOf(kind), Platform::Fill(m_counts[static_cast<std::size_t>(kind)],
-                                        {Platform::ToText(m_lines.Count(kind))}));
+                                        {ToText(m_lines.Count(kind))}));
 }
 
 void CDlgWorkspaceLog::SizeColumns() {
@@ -196,13 +200,13 @@ void CDlgWorkspaceLog::OnChanged(int id) {
 void CDlgWorkspaceLog::Copy() {
     const auto lines = ChosenLines();
     Platform::SetClipboardText(TextOf(lines));
-    Tell(Msg(LogText::Copied, {Platform::ToText(lines.size())}));
+    Tell(Msg(LogText::Copied, {ToText(lines.size())}));
 }
 
 void CDlgWorkspaceLog::Save() {
     // Before the question: while it stands lines come and go.
     const auto lines = ChosenLines();
-    const CString count = Platform::ToText(lines.size());
+    const CString count = ToText(lines.size());
     const CString text = TextOf(lines);
     const auto path = Platform::ChooseFile({.title = Msg(LogText::SaveAs),
                                             .folder = {},

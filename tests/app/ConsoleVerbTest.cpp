@@ -7,7 +7,6 @@
 #include <signal.h>
 
 using namespace AppTest;
-using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
