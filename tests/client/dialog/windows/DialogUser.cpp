@@ -72,7 +72,7 @@ CString DialogUser::TextOf(const QWidget* window, int id) {
 }
 
 CString DialogUser::ToolTipOf(const QWidget* window, int id) {
-    return FromQt(Control<QWidget>(window, id)->accessibleDescription());
+    return FromQt(Control<QWidget>(window, id)->toolTip());
 }
 
 CString DialogUser::NameOf(const QWidget* window, int id) {
