@@ -14,7 +14,8 @@ from x_display import wait_for
 
 SAMPLE = pathlib.Path(__file__).resolve().parents[3] / "examples/installation"
 
-# The main window's size, and where its controls' middles are, in dialog units.
+# The main window's size, and where its controls' middles are, in dialog units; the connection
+# window's likewise.
 DIALOG_SIZE = (343, 261)
 LOAD_ALL = (83, 14)
 CONNECTION = (82, 247)
@@ -23,7 +24,16 @@ CLOSE = (311, 247)
 PAGE = (9, 38)
 SEND_GS, SEND_CATALOGUES, SEND_NCF, SEND_FOC = ((61, y) for y in (33, 51, 70, 89))
 
+CONNECTION_SIZE = (360, 329)
+CONNECTION_FILE, CONNECTION_TEST, CONNECTION_OK = (192, 54), (35, 212), (265, 315)
+
 TITLE = {"en": "Network repository configuration", "hr": "Konfiguracija mrežnog repozitorija"}
+
+
+def pixels(window, size, units):
+    """From the window's corner, for a place in dialog units in a window of that size."""
+    _, _, width, height = window.geometry()
+    return units[0] * width / size[0], units[1] * height / size[1]
 
 
 class Workstation:
@@ -106,7 +116,6 @@ class DialogUser:
         self.display = display
         self._program = program
         self.window = display.window(title)
-        _, _, self._width, self._height = self.window.geometry()
 
     def is_open(self):
         return self._program.poll() is None
@@ -114,19 +123,12 @@ class DialogUser:
     def interrupt(self):
         self._program.send_signal(signal.SIGINT)
 
-    def at(self, units, origin=(0, 0)):
-        """Pixels from the window's corner for a place in dialog units."""
-        across = self._width / DIALOG_SIZE[0]
-        down = self._height / DIALOG_SIZE[1]
-        return (origin[0] + units[0]) * across, (origin[1] + units[1]) * down
-
     def click(self, units):
         self.window.to_front()
-        self.window.click(*self.at(units))
+        self.window.click(*pixels(self.window, DIALOG_SIZE, units))
 
     def click_on_page(self, units):
-        self.window.to_front()
-        self.window.click(*self.at(units, PAGE))
+        self.click((PAGE[0] + units[0], PAGE[1] + units[1]))
 
     def keys(self, *names):
         self.window.keys(*names)
