@@ -62,19 +62,19 @@ protected:
 
 TEST_F(ConsoleOnATerminal, PromptsAndEndsAtQuit) {
     Terminal terminal(station, {"console"});
-    ASSERT_TRUE(terminal.WaitFor("Command: "));
+    ASSERT_TRUE(terminal.WaitForPrompt());
     terminal.Type("help\n");
     ASSERT_TRUE(terminal.WaitFor("registered by WAITING"));
-    ASSERT_TRUE(terminal.WaitFor("Command: "));
+    ASSERT_TRUE(terminal.WaitForPrompt());
     terminal.Type("quit\n");
     EXPECT_EQ(terminal.Finish().status, 0);
 }
 
 TEST_F(ConsoleOnATerminal, EndsAtCtrlD) {
     Terminal terminal(station, {"console"});
-    ASSERT_TRUE(terminal.WaitFor("Command: "));
+    ASSERT_TRUE(terminal.WaitForPrompt());
     terminal.Type("frobnicate\n");
-    ASSERT_TRUE(terminal.WaitFor("Command: "));
+    ASSERT_TRUE(terminal.WaitForPrompt());
     terminal.Type("\x04");
     const Ended run = terminal.Finish();
     EXPECT_EQ(run.status, 0);
@@ -83,12 +83,12 @@ TEST_F(ConsoleOnATerminal, EndsAtCtrlD) {
 
 TEST_F(ConsoleOnATerminal, CtrlCAtThePromptDropsTheLine) {
     Terminal terminal(station, {"console"});
-    ASSERT_TRUE(terminal.WaitFor("Command: "));
+    ASSERT_TRUE(terminal.WaitForPrompt());
     terminal.Type("frobnicate");
     ASSERT_TRUE(terminal.WaitFor("frobnicate"));
     terminal.Type("\x03");
     ASSERT_TRUE(terminal.WaitFor("^C"));
-    ASSERT_TRUE(terminal.WaitFor("Command: "));
+    ASSERT_TRUE(terminal.WaitForPrompt());
     terminal.Type("quit\n");
     const Ended run = terminal.Finish();
     EXPECT_EQ(run.status, 0);
@@ -99,14 +99,14 @@ TEST_F(ConsoleOnATerminal, CtrlCAtThePromptDropsTheLine) {
 TEST_F(ConsoleOnATerminal, CtrlCStopsTheCommandThatRunsAndTheConsoleGoesOn) {
     Terminal terminal(station, {"console"});
     for (int turn = 0; turn < 2; ++turn) {
-        ASSERT_TRUE(terminal.WaitFor("Command: "));
+        ASSERT_TRUE(terminal.WaitForPrompt());
         terminal.Type("wait\n");
         ASSERT_TRUE(terminal.WaitFor("waiting"));
         terminal.Type("\x03");
         ASSERT_TRUE(terminal.WaitFor("stopped"));
         ASSERT_TRUE(terminal.WaitFor("The command WAIT was interrupted."));
     }
-    ASSERT_TRUE(terminal.WaitFor("Command: "));
+    ASSERT_TRUE(terminal.WaitForPrompt());
     terminal.Type("\x04");
     EXPECT_EQ(terminal.Finish().status, 0);
 }
@@ -114,27 +114,27 @@ TEST_F(ConsoleOnATerminal, CtrlCStopsTheCommandThatRunsAndTheConsoleGoesOn) {
 TEST_F(ConsoleOnATerminal, WhatWasTypedBeforeComesBackAlsoInTheNextConsole) {
     {
         Terminal terminal(station, {"console"});
-        ASSERT_TRUE(terminal.WaitFor("Command: "));
+        ASSERT_TRUE(terminal.WaitForPrompt());
         terminal.Type("first-one\n");
-        ASSERT_TRUE(terminal.WaitFor("Command: "));
+        ASSERT_TRUE(terminal.WaitForPrompt());
         terminal.Type("\x04");
         EXPECT_EQ(terminal.Finish().status, 0);
     }
     EXPECT_EQ(Bytes(HistoryFile()), "first-one\n");
     EXPECT_EQ(fs::status(HistoryFile()).permissions(), fs::perms(0600));
     Terminal terminal(station, {"console"});
-    ASSERT_TRUE(terminal.WaitFor("Command: "));
+    ASSERT_TRUE(terminal.WaitForPrompt());
     terminal.Type("\x1b[A\n");
     EXPECT_TRUE(terminal.WaitFor("no command \"first-one\""));
 }
 
 TEST_F(ConsoleOnATerminal, LettersOfEveryLanguageAndWrongBytesAreTakenAsTheyAre) {
     Terminal terminal(station, {"console"});
-    ASSERT_TRUE(terminal.WaitFor("Command: "));
+    ASSERT_TRUE(terminal.WaitForPrompt());
     // The last letter is corrected as a whole.
     terminal.Type("\xC4\x8Dvor\xE8\xF0\x9F\x98\x80y\xE2\x82\xAC\x7F\n");
     ASSERT_TRUE(terminal.WaitFor("There is no command"));
-    ASSERT_TRUE(terminal.WaitFor("Command: "));
+    ASSERT_TRUE(terminal.WaitForPrompt());
     terminal.Type("\x04");
     EXPECT_EQ(terminal.Finish().status, 0);
     EXPECT_EQ(Bytes(HistoryFile()), "\xC4\x8Dvor\xE8\xF0\x9F\x98\x80y\n");
@@ -143,7 +143,7 @@ TEST_F(ConsoleOnATerminal, LettersOfEveryLanguageAndWrongBytesAreTakenAsTheyAre)
 TEST_F(ConsoleOnATerminal, ASignalThatEndsTheProgramEndsItAtThePrompt) {
     for (const int signal : {SIGTERM, SIGHUP}) {
         Terminal terminal(station, {"console"});
-        ASSERT_TRUE(terminal.WaitFor("Command: "));
+        ASSERT_TRUE(terminal.WaitForPrompt());
         terminal.Signal(signal);
         EXPECT_EQ(terminal.Finish().status, -signal);
     }

@@ -2,11 +2,13 @@
 #include "Terminal.h"
 
 #include <fcntl.h>
+#include <sched.h>
 #include <signal.h>
 #include <stdexcept>
 #include <stdlib.h>
 #include <sys/ioctl.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
 namespace AppTest {
@@ -61,6 +63,15 @@ bool Terminal::WaitFor(const std::string& text) {
             return false;
     }
     m_shown.erase(0, m_shown.find(text) + text.size());
+    return true;
+}
+
+bool Terminal::WaitForPrompt() {
+    if (!WaitFor("Command: "))
+        return false;
+    termios settings = {};
+    while (tcgetattr(m_terminal, &settings) == 0 && (settings.c_lflag & ICANON) != 0)
+        sched_yield();
     return true;
 }
 

@@ -23,6 +23,10 @@ public:
     // program ended without.
     bool WaitFor(const std::string& text);
 
+    // Waits for the console's prompt, and until the program takes each key itself: the system
+    // would make something else of a Ctrl-D before.
+    bool WaitForPrompt();
+
     void Signal(int signal) const;
 
     // Reads the rest; the status is negative for the signal that ended the program, `out` what
