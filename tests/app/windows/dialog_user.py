@@ -91,13 +91,17 @@ class Workstation:
                 for root in roots for path in root.rglob("*") if path.is_file()}
 
     @contextlib.contextmanager
-    def dialog(self, display, expected=0, **variables):
-        """zebx dialog, until it ends by itself: whoever opens it closes it."""
+    def dialog(self, display, verb="dialog", typed="", expected=0, **variables):
+        """zebx dialog, until it ends by itself: whoever opens it closes it.  Another verb reads
+        what is typed and opens the dialog, too."""
         output = self.folder / "output"
         with open(output, "w", encoding="utf-8") as file:
             program = subprocess.Popen(
-                [self._build / "bin/zebx", "dialog"], stdout=file, stderr=subprocess.STDOUT,
+                [self._build / "bin/zebx", verb], text=True, stdin=subprocess.PIPE, stdout=file,
+                stderr=subprocess.STDOUT,
                 env={**self.environment, **display.environment, **variables})
+        program.stdin.write(typed)
+        program.stdin.close()
         try:
             yield DialogUser(display, program, TITLE[self.language])
             if program.wait(timeout=60) != expected:
