@@ -14,6 +14,7 @@
 #include "platform/os/Path.h"
 #include "platform/text/Numbers.h"
 
+#include <QtCore/QTimer>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QTabWidget>
@@ -41,8 +42,9 @@ void DeclareCatalogues() {
     std::string text = "<catalogues>\n";
     for (int i = 0; i < kCatalogues; ++i) {
         const std::string number = std::to_string(i);
-        text += "<catalogue reference=\"BENCH_" + number + "\"><name language=\"en\">Catalogue " +
-                number + "</name></catalogue>\n";
+        text.append("<catalogue reference=\"BENCH_").append(number);
+        text.append("\"><name language=\"en\">Catalogue ").append(number);
+        text.append("</name></catalogue>\n");
     }
     Platform::CreateFolderChain(folder, Platform::Access::Private);
     Platform::ReplaceFile(folder + u"Catalogues.xml", text + "</catalogues>\n",
@@ -69,18 +71,21 @@ QWidget* Dialog() {
 // Waits for the dialog to be painted and then works on it.
 class Watcher : public QObject {
 public:
-    explicit Watcher(std::function<void(QWidget*)> work) : m_work(std::move(work)) {}
+    explicit Watcher(std::function<void(QWidget*)> work) : m_work(std::move(work)) {
+        m_isPainted.setSingleShot(true);
+        connect(&m_isPainted, &QTimer::timeout, this, [this] { m_work(Dialog()); });
+    }
     bool eventFilter(QObject* object, QEvent* event) override {
-        if (event->type() == QEvent::Paint && object == Dialog() && m_work) {
-            auto work = std::exchange(m_work, nullptr);
-            QMetaObject::invokeMethod(
-                qApp, [work] { work(Dialog()); }, Qt::QueuedConnection);
-        }
+        if (event->type() == QEvent::Paint && object == Dialog() &&
+            !std::exchange(m_hasBegun, true))
+            m_isPainted.start();
         return false;
     }
 
 private:
     std::function<void(QWidget*)> m_work;
+    QTimer m_isPainted;
+    bool m_hasBegun = false;
 };
 
 void Press(QWidget* parent, const char* button) {

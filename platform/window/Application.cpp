@@ -69,7 +69,8 @@ void Translate(const QString& language) {
 
 void SetUpApplication() {
     QCoreApplication::setApplicationName(QStringLiteral("zebx"));
-    QApplication::setStyle(std::make_unique<Style>().release());
+    static auto* const style = new Style; // never destroyed, like the application that takes it
+    QApplication::setStyle(style);
     // Windows run loops of their own; none of them ends the process.
     QApplication::setQuitOnLastWindowClosed(false);
     StartDroppingInput();

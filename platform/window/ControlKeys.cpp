@@ -136,13 +136,10 @@ QKeySequence Sequence(const Mnemonic& mnemonic) {
     return QKeySequence(QKeyCombination(Qt::AltModifier, QtKey(mnemonic.key)));
 }
 
-void Press(QWidget* widget) {
-    if (auto* const button = dynamic_cast<QAbstractButton*>(widget)) {
-        button->setFocus(Qt::ShortcutFocusReason);
+void Press(QWidget& widget) {
+    widget.setFocus(Qt::ShortcutFocusReason);
+    if (auto* const button = dynamic_cast<QAbstractButton*>(&widget))
         button->click();
-    } else {
-        widget->setFocus(Qt::ShortcutFocusReason);
-    }
 }
 
 bool ShowsItsKey(const Control& control) {
@@ -158,7 +155,7 @@ void SetHiddenKey(Control& control, QWidget* pressed) {
     if (isHidden && !control.shortcut) {
         control.shortcut = new QShortcut(control.widget);
         QObject::connect(control.shortcut, &QShortcut::activated, pressed,
-                         [pressed] { Press(pressed); });
+                         [pressed] { Press(*pressed); });
     }
     if (control.shortcut)
         control.shortcut->setKey(keys);
@@ -286,7 +283,7 @@ Keys KeysOf(DialogWindow& window) {
 void DialogWindow::AssignKeys() {
     if (m_host)
         return m_host->AssignKeys();
-    m_areKeysDue = false;
+    m_keysDue.stop();
     std::vector<Keys> windows = {KeysOf(*this)};
     for (const Page& page : m_pages)
         windows.push_back(KeysOf(*page.window));
@@ -304,10 +301,7 @@ void DialogWindow::AssignKeys() {
 void DialogWindow::KeysChanged() {
     if (m_host)
         return m_host->KeysChanged();
-    if (!m_areKeysDue)
-        QMetaObject::invokeMethod(
-            this, [this] { AssignKeys(); }, Qt::QueuedConnection);
-    m_areKeysDue = true;
+    m_keysDue.start();
 }
 
 } // namespace Platform

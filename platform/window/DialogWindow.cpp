@@ -40,6 +40,8 @@ CString EscapedTitle(CStringView text) {
 
 DialogWindow::DialogWindow(Dialog& dialog) : QWidget(nullptr, Qt::Window), m_dialog(&dialog) {
     SetUsableWhileBusy(*this, dialog.m_isUsableWhileBusy);
+    m_keysDue.setSingleShot(true);
+    connect(&m_keysDue, &QTimer::timeout, this, [this] { AssignKeys(); });
     MakeControls();
     GroupRadioButtons();
     TakeTemplateSize();
@@ -217,7 +219,7 @@ void DialogWindow::Initialise() {
 void DialogWindow::Open() {
     if (m_host)
         return;
-    if (m_areKeysDue)
+    if (m_keysDue.isActive())
         AssignKeys();
     if (isVisible())
         raise();

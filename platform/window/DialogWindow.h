@@ -7,6 +7,7 @@
 #include "platform/window/DialogUnits.h"
 
 #include <QPointer>
+#include <QTimer>
 #include <QWidget>
 #include <functional>
 #include <vector>
@@ -83,7 +84,7 @@ private:
     int m_result = kIdCancel;
     bool m_isOpening = false;
     bool m_hasEnded = false; // while it was opening
-    bool m_areKeysDue = false;
+    QTimer m_keysDue;        // for many changes once
 };
 
 template<class Widget>

@@ -156,7 +156,7 @@ TEST_F(VanishingRepository, RemovedAtAnyLineItStopsTheLoadAndTheDialogLivesOn) {
             const auto kinds = LoadEverything(*receiver, line, [&] { fs::remove(Repository()); });
             // The storage says once what is wrong; whoever was under way may say so as well.
             ASSERT_GE(static_cast<int>(kinds.size()), line);
-            const auto later = std::ranges::subrange(kinds.begin() + line, kinds.end());
+            const std::vector<int> later(kinds.begin() + line, kinds.end());
             EXPECT_GE(std::ranges::count(later, MessageFailure), 1);
             EXPECT_EQ(std::ranges::count(later, MessageSuccess), 0);
         }));

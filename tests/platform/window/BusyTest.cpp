@@ -12,7 +12,6 @@
 
 using namespace Platform;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 

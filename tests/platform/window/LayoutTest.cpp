@@ -98,7 +98,7 @@ TEST_F(ALayout, FollowsTheFont) {
     larger.setPointSize(larger.pointSize() * 2);
     const int before = ControlOf(window, 10)->width();
     window->setFont(larger);
-    EXPECT_NEAR(ControlOf(window, 10)->width(), before * 2, before / 5);
+    EXPECT_NEAR(ControlOf(window, 10)->width(), before * 2, before * 0.2);
     EXPECT_GE(window->minimumWidth(), window->childrenRect().right());
 }
 

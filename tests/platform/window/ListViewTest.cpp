@@ -38,7 +38,7 @@ protected:
 class AFilledListView : public AListView {
 protected:
     void SetUp() override {
-        WindowTest::SetUp();
+        AListView::SetUp();
         dialog.Create();
         view = ControlOf<QTreeView>(WindowTitled("List"), 10);
         list = dialog.List(10);

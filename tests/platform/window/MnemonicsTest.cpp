@@ -4,7 +4,6 @@
 #include <gmock/gmock.h>
 
 using namespace Platform;
-using testing::ElementsAre;
 
 namespace {
 

@@ -102,9 +102,10 @@ TEST(ServerUri, NoPieceOfAPasswordIsLeftWhateverStandsInIt) {
     for (char16_t unit = u' '; unit <= u'~'; ++unit)
         for (const CStringView before : {u"postgresql://ana:", u"postgresql://h/d?password=",
                                          u"postgresql://ana@h?a=1&sslpassword="}) {
-            const CString secret = CString(u"one") + unit + u"two";
+            CString secret = u"one";
+            secret.append(1, unit).append(u"two");
             const CString after = before.find(u'?') == CStringView::npos ? u"@h/d" : u"&b=2";
-            const auto uri = ServerUri::Parse(CString(before) + secret + after);
+            const auto uri = ServerUri::Parse(CString(before).append(secret).append(after));
             const CString text = uri ? uri->Text() : CString();
             EXPECT_EQ(text.find(u"one"), CString::npos) << int(unit);
             EXPECT_EQ(text.find(u"two"), CString::npos) << int(unit);

@@ -67,7 +67,7 @@ TEST_F(MainWindow, AsksForTheConnectionParametersBeforeTheRights) {
 
 TEST_F(MainWindow, WithoutConnectionParametersTheirButtonAloneIsDisabled) {
     hasConnectionParameters = 0;
-    Open([this] {
+    Open([] {
         EXPECT_FALSE(Control<QWidget>(Window(), kConnection)->isEnabled());
         EXPECT_TRUE(Control<QWidget>(Window(), kClose)->isEnabled());
         EXPECT_TRUE(Control<QWidget>(Window(), kLoadEverything)->isEnabled());
