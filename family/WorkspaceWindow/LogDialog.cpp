@@ -112,6 +112,7 @@ bool CDlgWorkspaceLog::OnInitDialog() {
 void CDlgWorkspaceLog::FillList() {
     auto list = List(kIdLines);
     list.DeleteAllRows();
+    m_newLines.clear();
     for (const CWsMessage* line : m_lines.ShownLines())
         ShowLine(*line);
     for (const LineKind kind : kLineKinds)
@@ -161,12 +162,18 @@ void CDlgWorkspaceLog::Add(const CWsMessage& message) {
         return;
     if (!line)
         return FillList();
-    const LineKind kind = KindOf(line->type);
-    ShowCount(kind);
-    if (!m_lines.IsShown(kind))
-        return;
+    m_newLines.push_back(line);
+    UpdateSoon();
+}
+
+void CDlgWorkspaceLog::OnUpdate() {
     const bool wasAtEnd = List(kIdLines).IsAtEnd();
-    ShowLine(*line);
+    for (const CWsMessage* line : m_newLines)
+        if (m_lines.IsShown(KindOf(line->type)))
+            ShowLine(*line);
+    m_newLines.clear();
+    for (const LineKind kind : kLineKinds)
+        ShowCount(kind);
     SizeColumns();
     FollowEnd(wasAtEnd);
 }

@@ -24,13 +24,14 @@ public:
     // The lines must outlive the window.
     explicit CDlgWorkspaceLog(CWsLogLines& lines);
 
-    // Keeps the message, and shows it where its kind is shown.
+    // Keeps the message, and shows it soon where its kind is shown: lines come fast.
     void Add(const CWsMessage& message);
 
 protected:
     bool OnInitDialog() override;
     void OnClicked(int id) override;
     void OnChanged(int id) override;
+    void OnUpdate() override;
 
 private:
     void FillList();
@@ -47,6 +48,7 @@ private:
     CWsLogLines& m_lines;
     std::array<CString, kLineKinds.size()> m_words;  // "Success", for each kind
     std::array<CString, kLineKinds.size()> m_counts; // "Successes: %s"
+    std::vector<const CWsMessage*> m_newLines;       // not in the list yet
     bool m_isFilled = false;
 };
 

@@ -70,6 +70,11 @@ void Dialog::SetUsableWhileBusy(bool isUsable) {
     m_isUsableWhileBusy = isUsable;
 }
 
+void Dialog::UpdateSoon() {
+    if (m_window)
+        m_window->UpdateSoon();
+}
+
 void Dialog::SetTitle(const CString& text) {
     if (m_window)
         m_window->SetTitle(text);

@@ -102,6 +102,10 @@ public:
     // Usable while another window's handler works (see PumpWindows).  Before Create.
     void SetUsableWhileBusy(bool isUsable);
 
+    // OnUpdate will run, once for many calls, when the window system comes to it; also while a
+    // handler works.  For what changes too fast to be shown each time.
+    void UpdateSoon();
+
     void SetTitle(const CString& text);
     CString Title() const;
 
@@ -136,6 +140,8 @@ protected:
     virtual void OnClicked(int id);
     // A text was edited, an entry chosen, a box ticked, by the user.
     virtual void OnChanged(int /*id*/) {}
+    // See UpdateSoon.
+    virtual void OnUpdate() {}
     // Escape, or the window's own closing button.  The default is a click of kIdCancel.
     virtual void OnCancel() { OnClicked(kIdCancel); }
 

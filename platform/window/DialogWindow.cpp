@@ -42,6 +42,8 @@ DialogWindow::DialogWindow(Dialog& dialog) : QWidget(nullptr, Qt::Window), m_dia
     SetUsableWhileBusy(*this, dialog.m_isUsableWhileBusy);
     m_keysDue.setSingleShot(true);
     connect(&m_keysDue, &QTimer::timeout, this, [this] { AssignKeys(); });
+    m_updateDue.setSingleShot(true);
+    connect(&m_updateDue, &QTimer::timeout, this, [this] { Update(); });
     MakeControls();
     GroupRadioButtons();
     TakeTemplateSize();
@@ -146,6 +148,15 @@ void DialogWindow::Handle(const std::function<void(Dialog&)>& handler) {
     try {
         handler(*m_dialog);
     } catch (...) { // what a handler throws has nowhere to go from here
+    }
+}
+
+// No handler of what the user does: others may work meanwhile.
+void DialogWindow::Update() {
+    try {
+        if (m_dialog)
+            m_dialog->OnUpdate();
+    } catch (...) { // what could not be shown is shown with the next change
     }
 }
 

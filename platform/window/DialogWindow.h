@@ -41,6 +41,7 @@ public:
     // The keys of all controls; now, or soon and once for many changes.
     void AssignKeys();
     void KeysChanged();
+    void UpdateSoon() { m_updateDue.start(); }
 
     struct Page {
         DialogWindow* window;
@@ -68,6 +69,7 @@ private:
     QSize Growth(const DialogUnits& units) const;
     void OrderTabStops();
     void FocusFirst();
+    void Update();
     void PressDefault();
     bool TurnPage(const QKeyEvent& event);
     DialogWindow& Root();
@@ -84,7 +86,8 @@ private:
     int m_result = kIdCancel;
     bool m_isOpening = false;
     bool m_hasEnded = false; // while it was opening
-    QTimer m_keysDue;        // for many changes once
+    QTimer m_keysDue;        // for many changes once, as the next
+    QTimer m_updateDue;
 };
 
 template<class Widget>
