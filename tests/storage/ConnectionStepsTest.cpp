@@ -270,18 +270,18 @@ TEST_F(ConnectionSteps, WhoMayOnlyReadIsToldSo) {
     Create();
     for (const char* suffix : {"", "-wal", "-shm"})
         fs::permissions(native.string() + suffix, fs::perms(0444));
-    fs::permissions(folder.Native(), fs::perms(0555));
     for (const bool alone : {false, true}) {
         if (alone)
             RemoveSideFiles();
+        fs::permissions(folder.Native(), fs::perms(0555));
         EXPECT_TRUE(PassesInAChildProcess([&] {
             BecomeOrdinaryUser();
             const auto steps = TestPlace();
             ASSERT_EQ(steps.size(), 5u);
             EXPECT_THAT(steps[4], HasSubstr("worked: You may read it, but not write to it"));
         }));
+        fs::permissions(folder.Native(), fs::perms(0755));
     }
-    fs::permissions(folder.Native(), fs::perms(0755));
 }
 
 TEST_F(ConnectionSteps, WithoutTheRightToReadItSaysSo) {
