@@ -171,11 +171,14 @@ TEST_F(VanishingRepository, WhoMayNotReadItAnyMoreKeepsWhatWasLoaded) {
         const auto receiver = Receiver();
         OpenToOthers(*receiver);
         EXPECT_TRUE(PassesInAChildProcess([&] {
-            LoadEverything(*receiver, line, [&] {
+            const auto kinds = LoadEverything(*receiver, line, [&] {
                 fs::permissions(Repository(), fs::perms::none);
                 fs::permissions(Repository().parent_path(), fs::perms::none);
                 BecomeOrdinaryUser();
             });
+            // It came to the line at which the rights went, and all before it had worked.
+            ASSERT_GE(static_cast<int>(kinds.size()), line);
+            EXPECT_EQ(std::count(kinds.begin(), kinds.begin() + line, MessageSuccess), line);
         }));
         fs::permissions(Repository().parent_path(), fs::perms::owner_all);
         fs::permissions(Repository(), fs::perms::owner_read | fs::perms::owner_write);
