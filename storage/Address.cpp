@@ -4,8 +4,8 @@
 #include "platform/os/Path.h"
 #include "platform/os/UserFolders.h"
 #include "platform/text/CaseFold.h"
-#include "storage/SqliteError.h"
 #include "storage/StorageError.h"
+#include "storage/sqlite/SqliteError.h"
 
 #include <algorithm>
 
@@ -52,7 +52,7 @@ void CheckPath(CStringView path) {
 } // namespace
 
 CString Address::Text() const {
-    return u"sqlite:" + ShownPath(path);
+    return IsServer() ? server : u"sqlite:" + ShownPath(path);
 }
 
 Address ParseAddress(CStringView text, CStringView currentFolder) {
@@ -66,17 +66,17 @@ Address ParseAddress(CStringView text, CStringView currentFolder) {
     const CStringView path = text.substr(scheme.size() + 1);
     CheckPath(path);
     if (IsSeparator(path.front()))
-        return {WithSeparators(path.substr(path.find_first_not_of(u"/\\") - 1))};
+        return {.path = WithSeparators(path.substr(path.find_first_not_of(u"/\\") - 1))};
     if (currentFolder.empty())
         Refuse(MessageNumber::RelativeAddress, {CString(text)});
-    return {CString(currentFolder) + WithSeparators(path)};
+    return {.path = CString(currentFolder) + WithSeparators(path)};
 }
 
 Address DefaultAddress() {
     const CString folder = Platform::DataFolder();
     if (folder.empty())
         Refuse(MessageNumber::NoDefaultFolder);
-    return {folder + u"StudioZEB\\repository.db"};
+    return {.path = folder + u"StudioZEB\\repository.db"};
 }
 
 } // namespace Storage

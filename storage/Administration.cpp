@@ -99,4 +99,27 @@ Problem Administration::Check(std::vector<Finding>& findings, CheckCounts& count
     });
 }
 
+// Not there yet: each of these is being built.
+void Administration::SetApplication(CStringView) {}
+
+Problem Administration::Create(CStringView, CString&) {
+    return Problem::Internal;
+}
+
+Problem Administration::Upgrade(std::int32_t&, std::int32_t&, CString&) {
+    return Problem::Internal;
+}
+
+Problem Administration::Grant(CStringView, Right, CString&) {
+    return Problem::Internal;
+}
+
+Problem Administration::Users(std::vector<RepositoryUser>&, CString&) {
+    return Problem::Internal;
+}
+
+Problem Administration::Copy(CStringView, CStringView, const TellCopied&, CopyCounts&, CString&) {
+    return Problem::Internal;
+}
+
 } // namespace Storage

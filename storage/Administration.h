@@ -23,6 +23,13 @@ public:
     CString HashOf(std::string_view bytes) override;
     Problem Check(std::vector<Finding>& findings, CheckCounts& counts,
                   CString& problemText) override;
+    void SetApplication(CStringView application) override;
+    Problem Create(CStringView address, CString& problemText) override;
+    Problem Upgrade(std::int32_t& from, std::int32_t& to, CString& problemText) override;
+    Problem Grant(CStringView user, Right right, CString& problemText) override;
+    Problem Users(std::vector<RepositoryUser>& users, CString& problemText) override;
+    Problem Copy(CStringView from, CStringView to, const TellCopied& tell, CopyCounts& counts,
+                 CString& problemText) override;
     Problem TakeLastProblem() override { return m_access->TakeLastProblem(); }
 
 private:

@@ -9,8 +9,8 @@
 #include "platform/text/Numbers.h"
 #include "platform/text/Utf8.h"
 #include "storage/Engine.h"
-#include "storage/SqliteError.h"
 #include "storage/Store.h"
+#include "storage/sqlite/SqliteError.h"
 
 #include <algorithm>
 

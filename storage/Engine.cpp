@@ -2,7 +2,7 @@
 #include "storage/Engine.h"
 
 #include "storage/Schema.h"
-#include "storage/SqliteConnection.h"
+#include "storage/sqlite/SqliteConnection.h"
 
 namespace Storage {
 

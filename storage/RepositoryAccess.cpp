@@ -5,7 +5,7 @@
 #include "platform/os/Environment.h"
 #include "platform/os/FileSystem.h"
 #include "platform/os/FreeName.h"
-#include "storage/SqliteError.h"
+#include "storage/sqlite/SqliteError.h"
 
 namespace Storage {
 namespace {

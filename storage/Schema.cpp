@@ -9,7 +9,7 @@
 namespace Storage {
 namespace {
 
-// {int}, {bytes} and {options} stand for the engine's own words.  A row is valid since one
+// {int}, {text}, {bytes} and {options} stand for the engine's own words.  A row is valid since one
 // revision and until another; what has no until_revision is the current repository.
 constexpr std::string_view kTables = R"(
 CREATE TABLE head (
@@ -22,12 +22,12 @@ CREATE TABLE head (
 
 CREATE TABLE revision (
     number {int} PRIMARY KEY,
-    made_at TEXT NOT NULL,
-    user_name TEXT NOT NULL,
-    workstation TEXT NOT NULL,
-    program TEXT NOT NULL,
-    operation TEXT NOT NULL,
-    subject TEXT NOT NULL
+    made_at {text} NOT NULL,
+    user_name {text} NOT NULL,
+    workstation {text} NOT NULL,
+    program {text} NOT NULL,
+    operation {text} NOT NULL,
+    subject {text} NOT NULL
 ){options};
 
 CREATE TABLE content (
@@ -39,7 +39,7 @@ CREATE TABLE content (
 CREATE TABLE kind (
     id {int} PRIMARY KEY,
     content_code {int} NOT NULL,
-    kind_id TEXT NOT NULL,
+    kind_id {text} NOT NULL,
     message_number {int} NOT NULL,
     since_revision {int} NOT NULL REFERENCES revision (number),
     until_revision {int} REFERENCES revision (number),
@@ -52,11 +52,11 @@ CREATE TABLE stored_file (
     id {int} PRIMARY KEY,
     holder {int},
     position {int} NOT NULL,
-    name TEXT NOT NULL,
-    name_folded TEXT NOT NULL,
-    file_manager_id TEXT NOT NULL,
-    origin_id TEXT NOT NULL,
-    custom_parameter TEXT NOT NULL,
+    name {text} NOT NULL,
+    name_folded {text} NOT NULL,
+    file_manager_id {text} NOT NULL,
+    origin_id {text} NOT NULL,
+    custom_parameter {text} NOT NULL,
     file_type {int} NOT NULL,
     size_bytes {int} NOT NULL,
     hash {bytes} NOT NULL REFERENCES content (hash),
@@ -71,7 +71,7 @@ CREATE INDEX stored_file_holder ON stored_file (holder, position)
 
 CREATE TABLE general_settings (
     id {int} PRIMARY KEY,
-    name TEXT NOT NULL,
+    name {text} NOT NULL,
     size_bytes {int} NOT NULL,
     hash {bytes} NOT NULL REFERENCES content (hash),
     since_revision {int} NOT NULL REFERENCES revision (number),
@@ -83,16 +83,16 @@ CREATE UNIQUE INDEX general_settings_current ON general_settings (name)
 
 CREATE TABLE repository_item (
     id {int} PRIMARY KEY,
-    tag TEXT NOT NULL,
-    item_id TEXT NOT NULL,
+    tag {text} NOT NULL,
+    item_id {text} NOT NULL,
     position {int} NOT NULL,
-    name TEXT NOT NULL,
+    name {text} NOT NULL,
     entity_type {int} NOT NULL,
     topology_function {int} NOT NULL,
     topology_type {int} NOT NULL,
-    configuration_xml TEXT NOT NULL,
-    repository_name TEXT NOT NULL,
-    repository_tag TEXT NOT NULL,
+    configuration_xml {text} NOT NULL,
+    repository_name {text} NOT NULL,
+    repository_tag {text} NOT NULL,
     since_revision {int} NOT NULL REFERENCES revision (number),
     until_revision {int} REFERENCES revision (number),
     CHECK (until_revision > since_revision)
@@ -102,14 +102,14 @@ CREATE UNIQUE INDEX repository_item_current ON repository_item (tag, item_id)
 
 CREATE TABLE catalogue_item (
     id {int} PRIMARY KEY,
-    catalogue_tag TEXT NOT NULL,
-    item_id TEXT NOT NULL,
-    parent_id TEXT NOT NULL,
+    catalogue_tag {text} NOT NULL,
+    item_id {text} NOT NULL,
+    parent_id {text} NOT NULL,
     position {int} NOT NULL,
     is_group {int} NOT NULL,
-    name TEXT NOT NULL,
-    catalogue_name TEXT NOT NULL,
-    item_content TEXT NOT NULL,
+    name {text} NOT NULL,
+    catalogue_name {text} NOT NULL,
+    item_content {text} NOT NULL,
     since_revision {int} NOT NULL REFERENCES revision (number),
     until_revision {int} REFERENCES revision (number),
     CHECK (until_revision > since_revision)
@@ -144,6 +144,7 @@ void CreateSchema(SqlConnection& sql) {
     std::string tables(kTables);
     const SqlWords words = sql.Words();
     ReplaceAll(tables, "{int}", words.integer);
+    ReplaceAll(tables, "{text}", words.text);
     ReplaceAll(tables, "{bytes}", words.bytes);
     ReplaceAll(tables, "{options}", words.tableOptions);
     sql.BeginWrite();

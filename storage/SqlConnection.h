@@ -4,8 +4,13 @@
 //
 // SQL is that of both SQLite and PostgreSQL; parameters are written $1, $2, ...  Every
 // operation throws StorageError.  One thread.
+//
+// On a server every wait is a round trip.  So a query goes out when it is made and waits for
+// its answer when its first row is read, and what has no result waits not at all: ask all that
+// is needed first, and read then.
 #pragma once
 
+#include "ZEBXRepositoryStorage/RepositoryAdministration.h"
 #include "platform/text/Text.h"
 #include "storage/Messages.h"
 
@@ -39,7 +44,7 @@ struct SqlBytes {
 using SqlValue = std::variant<std::nullptr_t, std::int64_t, std::string_view, SqlBytes>;
 
 // A query's result, row by row.  Columns count from 0; texts and bytes are valid until
-// the next call of Next.
+// the next call of Next.  What went wrong with the query is thrown by the first Next.
 class SqlRows {
 public:
     virtual ~SqlRows() = default;
@@ -53,6 +58,7 @@ public:
 // The words in which the engines' table definitions differ.
 struct SqlWords {
     std::string_view integer; // 64 bits
+    std::string_view text;    // compared and ordered by the bytes of its UTF-8
     std::string_view bytes;
     std::string_view tableOptions; // behind the closing parenthesis
 };
@@ -72,12 +78,23 @@ public:
     // Without a transaction: nothing.
     virtual void Rollback() noexcept = 0;
 
-    // The rows must be gone before the connection is used again: results are streams.
+    // Results of several statements may be open at once, of one statement only one unless
+    // MayAskAhead.
     virtual std::unique_ptr<SqlRows> Query(SqlText sql, std::initializer_list<SqlValue> values) = 0;
-    // Runs a statement without a result and returns how many rows it changed.
-    virtual std::int64_t Execute(SqlText sql, std::initializer_list<SqlValue> values) = 0;
+    // Runs a statement without a result.  What goes wrong is thrown at the latest by the next
+    // query's first row or by Commit.
+    virtual void Execute(SqlText sql, std::initializer_list<SqlValue> values) = 0;
     // Runs several statements, separated by ";", that take no values.
     virtual void RunScript(std::string_view statements) = 0;
+
+    // Whether asking early saves waiting, and a result may be read in later calls, other
+    // statements and whole transactions in between.
+    virtual bool MayAskAhead() { return false; }
+    // For what was read ahead: from now on a commit of anybody, this connection included, counts.
+    virtual void WatchChanges() {}
+    // Whether one is known since then.  An engine that is not told of commits asks: that is a
+    // round trip.
+    virtual bool WasChanged() { return true; }
 
     // Checks what the engine itself keeps: the file or the server's tables, not what the
     // repository's rows mean.  Ends what was begun.
@@ -91,6 +108,8 @@ public:
     virtual CString Name() = 0;
     // "SQLite 3.40.1"
     virtual CString EngineName() = 0;
+    // Of an embedded repository: empty.
+    virtual ServerConnection DescribeServer() { return {}; }
     virtual SqlWords Words() = 0;
 };
 

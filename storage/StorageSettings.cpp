@@ -5,8 +5,8 @@
 #include "platform/text/Numbers.h"
 #include "platform/text/Utf8.h"
 #include "storage/Address.h"
-#include "storage/SqliteError.h"
 #include "storage/StorageError.h"
+#include "storage/sqlite/SqliteError.h"
 
 #include <cerrno>
 #include <optional>

@@ -4,7 +4,7 @@
 #include "ZEBXGisCore/ModuleConfiguration.h"
 #include "platform/os/Module.h"
 #include "platform/text/Utf8.h"
-#include "storage/SqliteError.h"
+#include "storage/sqlite/SqliteError.h"
 
 namespace Storage {
 namespace {

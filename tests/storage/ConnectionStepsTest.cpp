@@ -6,7 +6,7 @@
 #include "platform/os/File.h"
 #include "storage/ConnectionTrial.h"
 #include "storage/Engine.h"
-#include "storage/SqliteConnection.h"
+#include "storage/sqlite/SqliteConnection.h"
 #include "support/FailingCalls.h"
 #include "support/InAChildProcess.h"
 #include "support/OrdinaryUser.h"

@@ -75,9 +75,9 @@ public:
         m_plan.Count();
         return std::make_unique<FaultySqlRows>(m_sql->Query(sql, values), m_plan);
     }
-    std::int64_t Execute(SqlText sql, std::initializer_list<SqlValue> values) override {
+    void Execute(SqlText sql, std::initializer_list<SqlValue> values) override {
         m_plan.Count();
-        return m_sql->Execute(sql, values);
+        m_sql->Execute(sql, values);
     }
     void RunScript(std::string_view statements) override {
         m_plan.Count();

@@ -48,9 +48,10 @@ protected:
         other->BeginWrite();
         const std::int64_t size = static_cast<std::int64_t>(Content(i).size());
         const std::string zeros(static_cast<std::size_t>(size), '\0');
-        EXPECT_EQ(other->Execute("UPDATE content SET bytes = $1 WHERE size_bytes = $2",
-                                 {SqlBytes(zeros), size}),
-                  1);
+        const auto changed =
+            other->Query("UPDATE content SET bytes = $1 WHERE size_bytes = $2 RETURNING 1",
+                         {SqlBytes(zeros), size});
+        EXPECT_TRUE(changed->Next());
         other->Commit();
     }
     void ExpectDamaged(int i) {

@@ -7,7 +7,7 @@
 #include "platform/os/Environment.h"
 #include "platform/os/File.h"
 #include "storage/Administration.h"
-#include "storage/SqliteConnection.h"
+#include "storage/sqlite/SqliteConnection.h"
 #include "support/InAChildProcess.h"
 #include "support/OrdinaryUser.h"
 #include "support/Workstation.h"

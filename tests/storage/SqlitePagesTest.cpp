@@ -6,8 +6,8 @@
 #include "platform/os/File.h"
 #include "platform/text/Utf8.h"
 #include "storage/Engine.h"
-#include "storage/PageChecksumVfs.h"
 #include "storage/Store.h"
+#include "storage/sqlite/PageChecksumVfs.h"
 #include "support/PageSeals.h"
 #include "support/TemporaryFolder.h"
 

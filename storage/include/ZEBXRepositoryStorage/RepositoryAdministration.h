@@ -13,6 +13,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string_view>
 #include <vector>
 
@@ -35,9 +36,23 @@ enum class Problem : std::int32_t {
     Interrupted // the user stopped it
 };
 
+// What a connection to a server has, as the server and libpq say.  All empty: embedded.
+struct ServerConnection {
+    CString server;   // "db.example.org:5432", or the folder of a Unix socket
+    CString database; // "gis"
+    CString schema;   // "zebx"
+    CString user;     // the server's user
+    // "TLSv1.3 TLS_AES_256_GCM_SHA384 (verify-full)", or empty: not encrypted
+    CString encryption;
+    CString application;    // as the server's administrators see it
+    bool isStandby = false; // takes no writes
+    bool isPooled = false;  // through a pooler: the server does not tell of changes
+};
+
 struct RepositoryState {
     CString address; // "sqlite:/path/repository.db"
     CString engine;  // "SQLite 3.40.1"
+    ServerConnection server;
     Problem problem = Problem::None;
     CString problemText; // what, which, why and what to do, in the user's language
     bool mayWrite = false;
@@ -103,6 +118,23 @@ struct NamedFile {
     std::uint64_t sizeBytes = 0;
 };
 
+// What a user of a server may do with a repository there.
+enum class Right : std::int32_t { None, Reader, Admin };
+
+struct RepositoryUser {
+    CString name;
+    Right right = Right::None;
+};
+
+// What a copy has moved so far, and how much there is.
+struct CopyCounts {
+    std::int64_t revisions = 0;    // in the copy now
+    std::int64_t allRevisions = 0; // in the repository that is copied
+    std::int64_t contents = 0;     // moved by this call
+    std::int64_t bytes = 0;        // of these
+};
+using TellCopied = std::function<void(const CopyCounts&)>;
+
 // Something wrong in a repository, in the user's language.
 struct Finding {
     CString where;
@@ -161,6 +193,32 @@ public:
     // reading everything; holds one content in memory at a time.
     virtual Problem Check(std::vector<Finding>& findings, CheckCounts& counts,
                           CString& problemText) = 0;
+
+    // Program, version and what it is about to do ("zebx 1.2.3 push"), for the server's list of
+    // sessions; before the first connection.
+    virtual void SetApplication(CStringView application) = 0;
+
+    // Makes an empty repository at `address`, as Connect with `create`, and connects to nothing.
+    // On a server: schema, tables and the two group roles, in one transaction; what is there
+    // already is left alone, and rights that were taken from the roles are given back.
+    virtual Problem Create(CStringView address, CString& problemText) = 0;
+
+    // Brings the repository's tables to the version of this program, in one transaction.
+    // `from` and `to` are the versions; the same: there was nothing to do.
+    virtual Problem Upgrade(std::int32_t& from, std::int32_t& to, CString& problemText) = 0;
+
+    // Gives a user of the server that right and no other.  Refused for a repository that has
+    // no users of its own.
+    virtual Problem Grant(CStringView user, Right right, CString& problemText) = 0;
+    // By name.  Users of the server who may do nothing here are not among them.
+    virtual Problem Users(std::vector<RepositoryUser>& users, CString& problemText) = 0;
+
+    // Copies the repository at `from` with its whole history to the one at `to`, which must be
+    // there and empty, or hold what an earlier copy of the same repository left: that goes on
+    // where it ended.  Empty: the repository in use.  Each content is checked against its hash.
+    // `tell` is called after each part; what was told is there to stay.
+    virtual Problem Copy(CStringView from, CStringView to, const TellCopied& tell,
+                         CopyCounts& counts, CString& problemText) = 0;
 
     // The last problem that the backend met, a file that was left out of an item included,
     // and forgets it; None when there was none since the last call.  What this object's own

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "storage/PageChecksumVfs.h"
+#include "storage/sqlite/PageChecksumVfs.h"
 
 #include "storage/ContentHash.h"
 

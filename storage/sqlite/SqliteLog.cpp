@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "storage/SqliteLog.h"
+#include "storage/sqlite/SqliteLog.h"
 
-#include "storage/PageChecksumVfs.h"
+#include "storage/sqlite/PageChecksumVfs.h"
 
 #include <array>
 #include <cstring>

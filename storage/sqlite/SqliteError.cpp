@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "storage/SqliteError.h"
+#include "storage/sqlite/SqliteError.h"
 
 #include "platform/os/Path.h"
 #include "platform/text/Numbers.h"
 #include "platform/text/Utf8.h"
-#include "storage/PageChecksumVfs.h"
+#include "storage/sqlite/PageChecksumVfs.h"
 
 #include <cerrno>
 #include <sqlite3.h>

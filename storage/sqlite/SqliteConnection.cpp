@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
-#include "storage/SqliteConnection.h"
+#include "storage/sqlite/SqliteConnection.h"
 
 #include "platform/os/File.h"
 #include "platform/os/FreeName.h"
 #include "platform/os/Path.h"
 #include "platform/text/Utf8.h"
 #include "storage/ContentHash.h"
-#include "storage/PageChecksumVfs.h"
-#include "storage/SqliteCheck.h"
-#include "storage/SqliteError.h"
+#include "storage/sqlite/PageChecksumVfs.h"
+#include "storage/sqlite/SqliteCheck.h"
+#include "storage/sqlite/SqliteError.h"
 
 #include <algorithm>
 #include <sqlite3.h>
@@ -34,6 +34,7 @@ constexpr std::string_view kSettings = "PRAGMA synchronous = FULL;"
 struct PreparedStatement {
     sqlite3_stmt* handle = nullptr;
     std::vector<int> indexes; // of $1, $2, ... among SQLite's own parameters
+    bool isInUse = false;
 };
 
 CString FolderOf(const CString& path) {
@@ -85,14 +86,14 @@ public:
     void Commit() override { Execute("COMMIT", {}); }
     void Rollback() noexcept override;
     std::unique_ptr<SqlRows> Query(SqlText sql, std::initializer_list<SqlValue> values) override;
-    std::int64_t Execute(SqlText sql, std::initializer_list<SqlValue> values) override;
+    void Execute(SqlText sql, std::initializer_list<SqlValue> values) override;
     void RunScript(std::string_view statements) override;
     void CheckEngine(const TellFinding& tell) override;
     bool IsAlive() override;
     bool MayWrite() override;
     CString Name() override { return ShownPath(m_path); }
     CString EngineName() override;
-    SqlWords Words() override { return {"INTEGER", "BLOB", " STRICT"}; }
+    SqlWords Words() override { return {"INTEGER", "TEXT", "BLOB", " STRICT"}; }
 
     void Check(int code) {
         if (code != SQLITE_OK)
@@ -104,7 +105,7 @@ public:
     }
     // Whether there is a row.
     bool Step(sqlite3_stmt* statement);
-    void End(sqlite3_stmt* statement);
+    void End(PreparedStatement& statement);
 
 private:
     void Set(int option, int value) {
@@ -119,14 +120,15 @@ private:
     Use m_use;
     sqlite3* m_database = nullptr;
     std::unordered_map<std::string_view, PreparedStatement> m_statements;
-    bool m_inUse = false;
 };
 
 class SqliteRows : public SqlRows {
 public:
-    SqliteRows(SqliteConnection& connection, sqlite3_stmt* statement)
-        : m_connection(connection), m_statement(statement) {}
-    ~SqliteRows() override { m_connection.End(m_statement); }
+    SqliteRows(SqliteConnection& connection, PreparedStatement& statement)
+        : m_connection(connection), m_prepared(statement), m_statement(statement.handle) {
+        m_prepared.isInUse = true;
+    }
+    ~SqliteRows() override { m_connection.End(m_prepared); }
     SqliteRows(const SqliteRows&) = delete;
     SqliteRows& operator=(const SqliteRows&) = delete;
 
@@ -154,6 +156,7 @@ private:
     }
 
     SqliteConnection& m_connection;
+    PreparedStatement& m_prepared;
     sqlite3_stmt* m_statement;
 };
 
@@ -220,18 +223,15 @@ std::unique_ptr<SqlRows> SqliteConnection::Query(SqlText sql,
                                                  std::initializer_list<SqlValue> values) {
     PreparedStatement& statement = Prepare(sql);
     Bind(statement, values, Lifetime::Longer);
-    m_inUse = true;
-    return std::make_unique<SqliteRows>(*this, statement.handle);
+    return std::make_unique<SqliteRows>(*this, statement);
 }
 
-std::int64_t SqliteConnection::Execute(SqlText sql, std::initializer_list<SqlValue> values) {
+void SqliteConnection::Execute(SqlText sql, std::initializer_list<SqlValue> values) {
     PreparedStatement& statement = Prepare(sql);
     Bind(statement, values, Lifetime::Call);
-    m_inUse = true;
-    SqliteRows rows(*this, statement.handle);
+    SqliteRows rows(*this, statement);
     while (rows.Next()) {
     }
-    return sqlite3_changes64(m_database);
 }
 
 void SqliteConnection::RunScript(std::string_view statements) {
@@ -277,17 +277,16 @@ bool SqliteConnection::Step(sqlite3_stmt* statement) {
     return code == SQLITE_ROW;
 }
 
-void SqliteConnection::End(sqlite3_stmt* statement) {
-    sqlite3_reset(statement);
-    sqlite3_clear_bindings(statement);
-    m_inUse = false;
+void SqliteConnection::End(PreparedStatement& statement) {
+    sqlite3_reset(statement.handle);
+    sqlite3_clear_bindings(statement.handle);
+    statement.isInUse = false;
 }
 
 PreparedStatement& SqliteConnection::Prepare(SqlText sql) {
-    // The other engine streams its results and could not do it either.
-    if (m_inUse)
-        throw StorageError(Problem::Internal, MessageNumber::Internal, {u"a result is still open"});
     PreparedStatement& statement = m_statements[sql.View()];
+    if (statement.isInUse)
+        throw StorageError(Problem::Internal, MessageNumber::Internal, {u"a result is still open"});
     if (statement.handle)
         return statement;
     Check(sqlite3_prepare_v3(m_database, sql.View().data(), static_cast<int>(sql.View().size()),

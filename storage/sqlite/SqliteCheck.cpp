@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "storage/SqliteCheck.h"
+#include "storage/sqlite/SqliteCheck.h"
 
 #include "platform/text/Numbers.h"
-#include "storage/PageChecksumVfs.h"
-#include "storage/SqliteError.h"
-#include "storage/SqliteLog.h"
+#include "storage/sqlite/PageChecksumVfs.h"
+#include "storage/sqlite/SqliteError.h"
+#include "storage/sqlite/SqliteLog.h"
 
 #include <array>
 #include <sqlite3.h>
