@@ -1,6 +1,9 @@
 # SPDX-License-Identifier: MIT
-# zebx_add_test(NAME SOURCES file... LIBRARIES target... [MODULES target...]): a GoogleTest
+# zebx_add_test(NAME SOURCES file... LIBRARIES target... [MODULES target...] [SERVER]): a GoogleTest
 # program whose tests CTest runs one by one.
+#
+# With SERVER it can use tests/support/TestServer.h, and CTest starts the server that it finds there
+# before the first such test.
 #
 # Every test runs with user folders of its own below the build tree, so that none touches
 # the settings of whoever builds; MODULES are built first because the test loads them.
@@ -8,13 +11,14 @@
 # zebx_add_window_test(the same): its windows are real ones, on Qt's offscreen platform; it may
 # use Qt itself.
 set(ZEBX_TEST_HOME ${PROJECT_BINARY_DIR}/test-home)
+set(ZEBX_TEST_SERVER ${PROJECT_BINARY_DIR}/test-server/where)
 set(ZEBX_WINDOW_ENVIRONMENT
   QT_QPA_PLATFORM=offscreen
   XDG_RUNTIME_DIR=${ZEBX_TEST_HOME}/runtime
   LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/leaks-of-others:print_suppressions=0)
 
 function(zebx_add_test name)
-  cmake_parse_arguments(arg "" "" "SOURCES;LIBRARIES;MODULES;ENVIRONMENT" ${ARGN})
+  cmake_parse_arguments(arg "SERVER" "" "SOURCES;LIBRARIES;MODULES;ENVIRONMENT" ${ARGN})
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} GTest::gmock GTest::gtest_main)
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
@@ -26,11 +30,17 @@ function(zebx_add_test name)
   if(arg_MODULES)
     add_dependencies(${name} ${arg_MODULES})
   endif()
+  set(properties TIMEOUT 300)
+  if(arg_SERVER)
+    target_link_libraries(${name} PRIVATE zebxtestserver)
+    add_dependencies(${name} server_fixture)
+    list(APPEND properties FIXTURES_REQUIRED zebx_server)
+  endif()
   gtest_discover_tests(${name}
     DISCOVERY_TIMEOUT 60
     TEST_PREFIX "${name}."
     TEST_LIST ${name}_LIST
-    PROPERTIES TIMEOUT 300)
+    PROPERTIES ${properties})
   # Read by ctest after the list of tests: a list of variables does not survive the way
   # through the properties above.
   set(environment
@@ -40,6 +50,7 @@ function(zebx_add_test name)
     XDG_CACHE_HOME=${ZEBX_TEST_HOME}/cache
     ZEBX_INSTALL=${ZEBX_BUILD_MODULE_DIR}
     ZEBX_LANGUAGE=en
+    ZEBX_TEST_SERVER=${ZEBX_TEST_SERVER}
     ${arg_ENVIRONMENT})
   set(file ${CMAKE_CURRENT_BINARY_DIR}/${name}_environment.cmake)
   file(WRITE ${file}
