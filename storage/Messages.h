@@ -114,6 +114,35 @@ enum class MessageNumber : int {
     Holds = 20207,             // revision, number of files
     ReadAndWrite = 20208,
     ReadOnly = 20209,
+
+    // What a server, or libpq without one, says.
+    ConnectionBroke = 20330,        // address, reason
+    NoServerThere = 20331,          // address, reason
+    UnknownServer = 20332,          // address, reason
+    ServerDoesNotAnswer = 20333,    // address, reason
+    ServerStarting = 20334,         // address, reason
+    NoMoreConnections = 20335,      // address, reason
+    NoPassword = 20336,             // address, user
+    WrongPassword = 20337,          // address, reason
+    NotLetIn = 20338,               // address, reason
+    NoServerDatabase = 20339,       // address, reason
+    ServerWithoutTls = 20340,       // address, reason
+    CertificateOfAnother = 20341,   // address, reason
+    CertificateNotTrusted = 20342,  // address, reason
+    NoRootCertificate = 20343,      // address, reason
+    NoFittingServer = 20344,        // address, reason
+    PoolerRefuses = 20345,          // address, reason
+    OptionRefused = 20346,          // address, reason
+    NoService = 20347,              // address, reason
+    ServerStopped = 20348,          // address, reason
+    StatementEnded = 20349,         // address, reason
+    ServerDiskFull = 20350,         // address, reason
+    ServerExhausted = 20351,        // address, reason
+    ServerForbids = 20352,          // address, reason
+    ServerTakesNoWrites = 20353,    // address, reason
+    ServerDamaged = 20354,          // address, reason
+    NoTables = 20355,               // address, reason
+    ServerRefusedStatement = 20356, // address, reason, SQLSTATE
 };
 
 struct Message {
