@@ -23,10 +23,15 @@ struct Named {
 };
 
 constexpr std::array kSettings = {
-    Named{"config", Setting::Config},        Named{"install", Setting::Install},
-    Named{"support", Setting::Support},      Named{"language", Setting::Language},
-    Named{"enabled", Setting::EnabledKinds}, Named{"trace", Setting::Trace},
-    Named{"trace_file", Setting::TraceFile}, Named{"workspace_log", Setting::WorkspaceLog},
+    Named{"config", Setting::Config},
+    Named{"install", Setting::Install},
+    Named{"support", Setting::Support},
+    Named{"language", Setting::Language},
+    Named{"enabled", Setting::EnabledKinds},
+    Named{"schema", Setting::Schema},
+    Named{"trace", Setting::Trace},
+    Named{"trace_file", Setting::TraceFile},
+    Named{"workspace_log", Setting::WorkspaceLog},
 };
 
 CString OptionFor(Setting setting) {

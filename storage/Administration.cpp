@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "storage/Administration.h"
 
+#include "platform/os/FreeName.h"
 #include "platform/text/Utf8.h"
 #include "storage/ContentHash.h"
+#include "storage/Schema.h"
 
 namespace Storage {
 
@@ -39,7 +41,9 @@ RepositoryState Administration::State() {
         Store& store = m_access->Use();
         state.engine = store.Connection().EngineName();
         state.mayWrite = store.Connection().MayWrite();
+        state.server = store.Connection().DescribeServer();
         store.ReadState(state);
+        m_access->WarnOfOldTables(state.schemaVersion);
     });
     return state;
 }
@@ -99,16 +103,25 @@ Problem Administration::Check(std::vector<Finding>& findings, CheckCounts& count
     });
 }
 
+void Administration::SetApplication(CStringView application) {
+    CString nobodyAsks;
+    Try(nobodyAsks, [&] { m_access->SetApplication(application); });
+}
+
+Problem Administration::Create(CStringView address, CString& problemText) {
+    return Try(problemText,
+               [&] { CreateRepository(m_access->PlaceOf(address, Platform::CurrentFolder())); });
+}
+
+Problem Administration::Upgrade(std::int32_t& from, std::int32_t& to, CString& problemText) {
+    from = to = 0;
+    return Try(problemText, [&] {
+        from = static_cast<std::int32_t>(UpgradeSchema(m_access->Use().Connection()));
+        to = static_cast<std::int32_t>(kSchemaVersion);
+    });
+}
+
 // Not there yet: each of these is being built.
-void Administration::SetApplication(CStringView) {}
-
-Problem Administration::Create(CStringView, CString&) {
-    return Problem::Internal;
-}
-
-Problem Administration::Upgrade(std::int32_t&, std::int32_t&, CString&) {
-    return Problem::Internal;
-}
 
 Problem Administration::Grant(CStringView, Right, CString&) {
     return Problem::Internal;

@@ -143,6 +143,10 @@ enum class MessageNumber : int {
     ServerDamaged = 20354,          // address, reason
     NoTables = 20355,               // address, reason
     ServerRefusedStatement = 20356, // address, reason, SQLSTATE
+
+    // The tables' version, and who may do what on a server.
+    OldTables = 20360,     // repository, its version, our version
+    MayNotUpgrade = 20361, // user, repository
 };
 
 struct Message {

@@ -5,6 +5,8 @@
 #include "platform/os/Environment.h"
 #include "platform/os/FileSystem.h"
 #include "platform/os/FreeName.h"
+#include "platform/os/UserSettings.h"
+#include "storage/Schema.h"
 #include "storage/sqlite/SqliteError.h"
 
 namespace Storage {
@@ -40,7 +42,15 @@ void RepositoryAccess::SaveSettings() {
 Address RepositoryAccess::AddressInUse() const {
     if (m_settingsError)
         throw StorageError(*m_settingsError);
-    return m_settings.Address().empty() ? DefaultAddress() : ParseAddress(m_settings.Address(), {});
+    return PlaceOf(m_settings.Address(), {});
+}
+
+Address RepositoryAccess::PlaceOf(CStringView text, CStringView currentFolder) const {
+    Address place = text.empty() ? DefaultAddress() : ParseAddress(text, currentFolder);
+    place.schema = Platform::UserSettings::Instance()->Get(Platform::Setting::Schema).value;
+    place.application =
+        m_application.empty() ? u"ZEBXRepositoryClient " + m_version : m_application;
+    return place;
 }
 
 CString RepositoryAccess::ShownAddress() const {
@@ -72,6 +82,13 @@ void RepositoryAccess::WarnOfNetwork(const Address& address) {
     Log(MessageWarning, TextOf(warning));
 }
 
+void RepositoryAccess::WarnOfOldTables(std::int64_t version) {
+    if (version >= kSchemaVersion || m_toldOldTables)
+        return;
+    m_toldOldTables = true;
+    Log(MessageWarning, TextOf(OldTables(ShownAddress(), version)));
+}
+
 Store& RepositoryAccess::Use() {
     if (m_store && !m_store->Connection().IsAlive())
         m_store.reset();
@@ -87,8 +104,7 @@ Store& RepositoryAccess::Use() {
 }
 
 void RepositoryAccess::Connect(CStringView address, bool create) {
-    const Address place =
-        address.empty() ? DefaultAddress() : ParseAddress(address, Platform::CurrentFolder());
+    const Address place = PlaceOf(address, Platform::CurrentFolder());
     if (create)
         CreateRepository(place);
     auto store = Open(place);

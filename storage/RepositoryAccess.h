@@ -18,6 +18,8 @@ public:
 
     void SetMsgProvider(Repository::IMsgProvider* provider) { m_provider = provider; }
     void SetVersion(CStringView version) { m_version = version; }
+    // See RepositoryAdministration.
+    void SetApplication(CStringView application) { m_application = application; }
     void SetSettingsPath(CStringView folder) { m_settings.SetFolder(folder); }
 
     // Throws NoConnection (Configuration), and then there is none until Connect.
@@ -32,7 +34,13 @@ public:
     void Connect(CStringView address, bool create);
     // The address in use, as far as it can be told.
     CString ShownAddress() const;
+    // What a text that the user gave means, with all that the settings say of it; empty: the
+    // default place.  Throws Configuration.
+    Address PlaceOf(CStringView text, CStringView currentFolder) const;
 
+    // Warns in the workspace log when tables are of an older version than this program's; once in
+    // this object's life, and so in the process's.
+    void WarnOfOldTables(std::int64_t version);
     // Writes the problem to the workspace log, once, and remembers it.
     void Tell(const StorageError& error);
     // The problem in the user's language, for somebody else to show.
@@ -50,11 +58,13 @@ private:
     Connector m_connector;
     Repository::IMsgProvider* m_provider = nullptr;
     CString m_version;
+    CString m_application; // empty: nobody said
     StorageSettings m_settings;
     std::optional<StorageError> m_settingsError;
     std::unique_ptr<Store> m_store;
     CString m_toldNoConnection; // what was said last about a connection that cannot be made
     bool m_toldNetwork = false;
+    bool m_toldOldTables = false;
     Problem m_lastProblem = Problem::None;
 };
 

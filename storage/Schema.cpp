@@ -120,22 +120,65 @@ CREATE INDEX catalogue_item_children ON catalogue_item (catalogue_tag, parent_id
     WHERE until_revision IS NULL;
 )";
 
+// What changed with a revision is found without reading every row: history and copying ask for
+// little else.
+constexpr std::string_view kIndexesOfVersion2 = R"(
+CREATE INDEX kind_since ON kind (since_revision);
+CREATE INDEX kind_until ON kind (until_revision) WHERE until_revision IS NOT NULL;
+CREATE INDEX stored_file_since ON stored_file (since_revision);
+CREATE INDEX stored_file_until ON stored_file (until_revision)
+    WHERE until_revision IS NOT NULL;
+CREATE INDEX general_settings_since ON general_settings (since_revision);
+CREATE INDEX general_settings_until ON general_settings (until_revision)
+    WHERE until_revision IS NOT NULL;
+CREATE INDEX repository_item_since ON repository_item (since_revision);
+CREATE INDEX repository_item_until ON repository_item (until_revision)
+    WHERE until_revision IS NOT NULL;
+CREATE INDEX catalogue_item_since ON catalogue_item (since_revision);
+CREATE INDEX catalogue_item_until ON catalogue_item (until_revision)
+    WHERE until_revision IS NOT NULL;
+)";
+
 void ReplaceAll(std::string& text, std::string_view what, std::string_view with) {
     for (auto at = text.find(what); at != std::string::npos; at = text.find(what, at))
         text.replace(at, what.size(), with);
 }
 
-std::int64_t ReadVersion(SqlConnection& sql) {
+// The version that `statement` gives, which this program knows.
+std::int64_t KnownVersion(SqlConnection& sql, SqlText statement) {
+    std::int64_t version = 0;
     try {
-        const auto rows = sql.Query("SELECT schema_version FROM head WHERE id = 1", {});
-        if (rows->Next() && rows->Integer(0) >= 1)
-            return rows->Integer(0);
+        const auto rows = sql.Query(statement, {});
+        version = rows->Next() ? rows->Integer(0) : 0;
     } catch (const StorageError& error) {
         // An unknown table or column is the engine's complaint about the statement.
         if (error.Kind() != Problem::Internal)
             throw;
     }
-    throw StorageError(Problem::Integrity, MessageNumber::Damaged, {sql.Name(), u"head"});
+    if (version < 1)
+        throw StorageError(Problem::Integrity, MessageNumber::Damaged, {sql.Name(), u"head"});
+    if (version > kSchemaVersion)
+        throw StorageError(
+            Problem::NewerVersion, MessageNumber::NewerVersion,
+            {sql.Name(), Platform::ToText(version), Platform::ToText(kSchemaVersion)});
+    return version;
+}
+
+// Waits until no other writer is left, and is refused who may not change tables.
+std::int64_t LockedVersion(SqlConnection& sql) try {
+    return KnownVersion(sql, "UPDATE head SET schema_version = schema_version WHERE id = 1 "
+                             "RETURNING schema_version");
+} catch (const StorageError& error) {
+    const CString user = sql.DescribeServer().user;
+    if (error.Kind() != Problem::NotAllowed || user.empty())
+        throw;
+    throw StorageError(Problem::NotAllowed, MessageNumber::MayNotUpgrade, {user, sql.Name()});
+}
+
+void BringUp(SqlConnection& sql, std::int64_t version) {
+    if (version < 2)
+        sql.RunScript(kIndexesOfVersion2);
+    sql.Execute("UPDATE head SET schema_version = $1 WHERE id = 1", {kSchemaVersion});
 }
 
 } // namespace
@@ -147,21 +190,37 @@ void CreateSchema(SqlConnection& sql) {
     ReplaceAll(tables, "{text}", words.text);
     ReplaceAll(tables, "{bytes}", words.bytes);
     ReplaceAll(tables, "{options}", words.tableOptions);
-    sql.BeginWrite();
     sql.RunScript(tables);
+    sql.RunScript(kIndexesOfVersion2);
     sql.Execute("INSERT INTO head (id, schema_version, revision, last_id, content_bytes) "
                 "VALUES (1, $1, 0, 0, 0)",
                 {kSchemaVersion});
-    sql.Commit();
 }
 
 std::int64_t CheckSchema(SqlConnection& sql) {
-    const std::int64_t version = ReadVersion(sql);
-    if (version > kSchemaVersion)
-        throw StorageError(
-            Problem::NewerVersion, MessageNumber::NewerVersion,
-            {sql.Name(), Platform::ToText(version), Platform::ToText(kSchemaVersion)});
-    return version;
+    return KnownVersion(sql, "SELECT schema_version FROM head WHERE id = 1");
+}
+
+Message OldTables(const CString& repository, std::int64_t version) {
+    return {MessageNumber::OldTables,
+            {repository, Platform::ToText(version), Platform::ToText(kSchemaVersion)}};
+}
+
+std::int64_t UpgradeSchema(SqlConnection& sql) {
+    const std::int64_t seen = CheckSchema(sql);
+    if (seen == kSchemaVersion)
+        return seen;
+    sql.BeginWrite();
+    try {
+        const std::int64_t version = LockedVersion(sql);
+        if (version < kSchemaVersion)
+            BringUp(sql, version);
+        sql.Commit();
+        return version;
+    } catch (...) {
+        sql.Rollback();
+        throw;
+    }
 }
 
 } // namespace Storage

@@ -36,6 +36,7 @@ constexpr Description kDescriptions[] = {
     {Setting::Support, Shape::Folder, "ZEBX_SUPPORT", u"folders", u"support"},
     {Setting::Language, Shape::Language, "ZEBX_LANGUAGE", u"general", u"language"},
     {Setting::EnabledKinds, Shape::Text, nullptr, u"kinds", u"enabled"},
+    {Setting::Schema, Shape::Text, "ZEBX_SCHEMA", u"repository", u"schema"},
     {Setting::Trace, Shape::Switch, "ZEBX_TRACE", u"logging", u"trace"},
     {Setting::TraceFile, Shape::Path, nullptr, u"logging", u"trace_file"},
     {Setting::WorkspaceLog, Shape::Path, nullptr, u"logging", u"workspace_log"},
@@ -151,6 +152,8 @@ CString DefaultOf(Setting setting) {
         return LanguageOfLocale();
     case Setting::EnabledKinds:
         return {};
+    case Setting::Schema:
+        return u"zebx";
     case Setting::Trace:
         return u"off";
     case Setting::TraceFile:

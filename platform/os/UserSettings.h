@@ -21,6 +21,7 @@ enum class Setting {
     Support,      // support folder:           --support, ZEBX_SUPPORT, [folders] support
     Language,     // "en" or "hr":  --language, ZEBX_LANGUAGE, [general] language, LC_ALL...
     EnabledKinds, // identifiers by comma:     [kinds] enabled
+    Schema,       // of a server's repository: ZEBX_SCHEMA, [repository] schema; not checked here
     Trace,        // "on" or "off":            ZEBX_TRACE, [logging] trace
     TraceFile,    // path:                     [logging] trace_file
     WorkspaceLog  // path:                     [logging] workspace_log

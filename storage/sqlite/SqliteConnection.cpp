@@ -374,7 +374,9 @@ void FillNewFile(const CString& path, const std::function<void(SqlConnection&)>&
     connection.Open(0);
     connection.ReservePageChecksums();
     connection.RunScript(kNewFile);
+    connection.BeginWrite();
     fill(connection);
+    connection.Commit();
 }
 
 // A file under a name that nobody uses meanwhile; removed unless it got its final name.

@@ -21,8 +21,8 @@ struct SqliteOptions {
 std::unique_ptr<SqlConnection> OpenSqlite(const CString& path, const SqliteOptions& options = {});
 
 // Makes a repository file at `path`, private, its folders too, and lets `fill` make the
-// tables.  Whole or not at all.  What stands at `path` already is left alone; that is
-// no error.
+// tables in one transaction.  Whole or not at all.  What stands at `path` already is left
+// alone; that is no error.
 void CreateSqlite(const CString& path, const std::function<void(SqlConnection&)>& fill);
 
 // Throws what CreateSqlite would, as far as it can be told before; makes nothing.

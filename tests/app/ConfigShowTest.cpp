@@ -33,8 +33,8 @@ protected:
 TEST_F(ConfigShow, ListsEverySettingWithItsValue) {
     const Ended run = RunHere({"config", "show"});
     EXPECT_EQ(run.status, 0) << run;
-    for (const char* name : {"config", "install", "support", "language", "enabled", "trace",
-                             "trace_file", "workspace_log"})
+    for (const char* name : {"config", "install", "support", "language", "enabled", "schema",
+                             "trace", "trace_file", "workspace_log"})
         EXPECT_THAT("\n" + run.out, HasSubstr("\n" + std::string(name) + " "));
     EXPECT_THAT(run.out, HasSubstr("language       en\n"));
     EXPECT_THAT(run.out, Not(HasSubstr("<-")));
@@ -48,6 +48,11 @@ TEST_F(ConfigShow, OriginIsTheOptionTheVariableTheLineOrTheDefault) {
     EXPECT_EQ(OriginOf("config"), From("environment", "ZEBX_CONFIG"));
     EXPECT_EQ(OriginOf("trace"), From("file", ini, 3));
     EXPECT_EQ(OriginOf("trace_file"), From("default"));
+    EXPECT_EQ(SettingNamed("schema")["value"], "zebx");
+    EXPECT_EQ(OriginOf("schema"), From("default"));
+    workstation.Set("ZEBX_SCHEMA", "water");
+    EXPECT_EQ(SettingNamed("schema")["value"], "water");
+    EXPECT_EQ(OriginOf("schema"), From("environment", "ZEBX_SCHEMA"));
     EXPECT_EQ(OriginOf("support", {"--support", "/x"}), From("option", "--support"));
     EXPECT_EQ(OriginOf("language", {"--language", "hr"}), From("option", "--language"));
     EXPECT_EQ(SettingNamed("support", {"--support", "/x"})["value"], "/x/");

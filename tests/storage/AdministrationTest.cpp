@@ -102,7 +102,7 @@ TEST_F(AdministrationTest, TheStateOfAnEmptyRepositoryIsRevisionZero) {
     EXPECT_EQ(state.address, AddressOf("r.db"));
     EXPECT_THAT(Platform::ToUtf8(state.engine), testing::StartsWith("SQLite 3."));
     EXPECT_TRUE(state.mayWrite);
-    EXPECT_EQ(state.schemaVersion, 1);
+    EXPECT_EQ(state.schemaVersion, 2);
     EXPECT_EQ(state.revision, 0);
     EXPECT_EQ(state.revisionTime, u"");
     EXPECT_EQ(state.revisionUser, u"");

@@ -98,7 +98,7 @@ protected:
     const std::string understood = "worked: The address is understood: sqlite:" + native.string();
     const std::string found = "worked: The file is there: " + native.string();
     const std::string opened =
-        std::string("worked: It can be opened and is a repository; its tables have version 1 "
+        std::string("worked: It can be opened and is a repository; its tables have version 2 "
                     "(SQLite ") +
         sqlite3_libversion() + ").";
 };
@@ -248,7 +248,7 @@ TEST_F(ConnectionSteps, ANewerRepositoryIsToldWithBothVersions) {
                 ElementsAre(understood, found,
                             "failed: The repository " + native.string() +
                                 " has tables of version 7, and this program knows versions "
-                                "up to 1. Install the newer program on this workstation."));
+                                "up to 2. Install the newer program on this workstation."));
 }
 
 TEST_F(ConnectionSteps, ADamagedRepositoryIsToldAsDamaged) {

@@ -123,6 +123,8 @@ const std::map<MessageNumber, std::size_t> kMessages = {
     {MessageNumber::ServerDamaged, 2},
     {MessageNumber::NoTables, 2},
     {MessageNumber::ServerRefusedStatement, 3},
+    {MessageNumber::OldTables, 3},
+    {MessageNumber::MayNotUpgrade, 2},
 };
 
 std::size_t GapsOf(const CString& text) {

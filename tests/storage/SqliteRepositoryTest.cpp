@@ -206,7 +206,7 @@ TEST_F(SqliteRepository, ANewerOneIsRefusedWithBothVersions) {
     ASSERT_TRUE(error);
     EXPECT_EQ(error->Kind(), Problem::NewerVersion);
     EXPECT_THAT(error->Messages()[0].values,
-                testing::ElementsAre(Platform::FromUtf8(native.string()), u"7", u"1"));
+                testing::ElementsAre(Platform::FromUtf8(native.string()), u"7", u"2"));
 }
 
 TEST_F(SqliteRepository, TriggersThatSomebodyPlantedDoNotRun) {

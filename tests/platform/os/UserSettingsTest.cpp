@@ -35,15 +35,16 @@ void PrintTo(const SettingValue& value, std::ostream* stream) {
 
 namespace {
 
-constexpr Setting kEverySetting[] = {Setting::Config,    Setting::Install,      Setting::Support,
-                                     Setting::Language,  Setting::EnabledKinds, Setting::Trace,
-                                     Setting::TraceFile, Setting::WorkspaceLog};
+constexpr Setting kEverySetting[] = {
+    Setting::Config,   Setting::Install,      Setting::Support,
+    Setting::Language, Setting::EnabledKinds, Setting::Schema,
+    Setting::Trace,    Setting::TraceFile,    Setting::WorkspaceLog};
 
 class Settings : public testing::Test {
 protected:
     Settings() {
         for (const char* name : {"ZEBX_CONFIG", "ZEBX_INSTALL", "ZEBX_SUPPORT", "ZEBX_LANGUAGE",
-                                 "ZEBX_TRACE", "LC_ALL", "LC_MESSAGES", "LANG"})
+                                 "ZEBX_SCHEMA", "ZEBX_TRACE", "LC_ALL", "LC_MESSAGES", "LANG"})
             m_workstation.Set(name, std::nullopt);
     }
 
