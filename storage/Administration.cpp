@@ -5,6 +5,7 @@
 #include "platform/text/Utf8.h"
 #include "storage/ContentHash.h"
 #include "storage/Schema.h"
+#include "storage/postgres/PostgresRights.h"
 
 namespace Storage {
 
@@ -123,12 +124,13 @@ Problem Administration::Upgrade(std::int32_t& from, std::int32_t& to, CString& p
 
 // Not there yet: each of these is being built.
 
-Problem Administration::Grant(CStringView, Right, CString&) {
-    return Problem::Internal;
+Problem Administration::Grant(CStringView user, Right right, CString& problemText) {
+    return Try(problemText, [&] { GrantRight(m_access->Use().Connection(), user, right); });
 }
 
-Problem Administration::Users(std::vector<RepositoryUser>&, CString&) {
-    return Problem::Internal;
+Problem Administration::Users(std::vector<RepositoryUser>& users, CString& problemText) {
+    users.clear();
+    return Try(problemText, [&] { users = UsersOf(m_access->Use().Connection()); });
 }
 
 Problem Administration::Copy(CStringView, CStringView, const TellCopied&, CopyCounts&, CString&) {

@@ -145,8 +145,27 @@ enum class MessageNumber : int {
     ServerRefusedStatement = 20356, // address, reason, SQLSTATE
 
     // The tables' version, and who may do what on a server.
-    OldTables = 20360,     // repository, its version, our version
-    MayNotUpgrade = 20361, // user, repository
+    OldTables = 20360,        // repository, its version, our version
+    MayNotUpgrade = 20361,    // user, repository
+    NoUsers = 20362,          // repository
+    NoSuchUser = 20363,       // repository, user
+    MayNotMakeSchema = 20364, // user, database, statement
+    MayNotMakeRoles = 20365,  // user, roles, statement
+    SchemaOfAnother = 20366,  // schema, address, owner
+    SchemaInUse = 20367,      // schema, address
+    MayNotGrant = 20368,      // user, repository
+    OtherRight = 20369,       // user, the wanted right, the other
+    NoGroupRoles = 20370,     // schema, repository
+
+    // The steps of a connection's test, on a server.
+    ServerReached = 20371,    // server, database
+    Encrypted = 20372,        // how
+    NotEncrypted = 20373,     // (nothing)
+    WouldBeMadeThere = 20374, // schema, database
+    NotThereOnServer = 20375, // address
+    ReadOnlyThere = 20376,    // user
+    IsStandby = 20377,        // (nothing)
+    IsPooled = 20378,         // (nothing)
 };
 
 struct Message {

@@ -125,6 +125,23 @@ const std::map<MessageNumber, std::size_t> kMessages = {
     {MessageNumber::ServerRefusedStatement, 3},
     {MessageNumber::OldTables, 3},
     {MessageNumber::MayNotUpgrade, 2},
+    {MessageNumber::NoUsers, 1},
+    {MessageNumber::NoSuchUser, 2},
+    {MessageNumber::MayNotMakeSchema, 3},
+    {MessageNumber::MayNotMakeRoles, 3},
+    {MessageNumber::SchemaOfAnother, 3},
+    {MessageNumber::SchemaInUse, 2},
+    {MessageNumber::MayNotGrant, 2},
+    {MessageNumber::OtherRight, 3},
+    {MessageNumber::NoGroupRoles, 2},
+    {MessageNumber::ServerReached, 2},
+    {MessageNumber::Encrypted, 1},
+    {MessageNumber::NotEncrypted, 0},
+    {MessageNumber::WouldBeMadeThere, 2},
+    {MessageNumber::NotThereOnServer, 1},
+    {MessageNumber::ReadOnlyThere, 1},
+    {MessageNumber::IsStandby, 0},
+    {MessageNumber::IsPooled, 0},
 };
 
 std::size_t GapsOf(const CString& text) {
