@@ -2,12 +2,16 @@
 #include "storage/RepositoryAccess.h"
 
 #include "ZEBXWorkspaceCore/WsManager.h"
+#include "platform/host/Interruption.h"
 #include "platform/os/Environment.h"
 #include "platform/os/FileSystem.h"
 #include "platform/os/FreeName.h"
 #include "platform/os/UserSettings.h"
 #include "storage/Schema.h"
 #include "storage/sqlite/SqliteError.h"
+
+#include <algorithm>
+#include <thread>
 
 namespace Storage {
 namespace {
@@ -18,13 +22,23 @@ void Log(enmMessageType type, const CString& text) {
     CWsManager::Instance()->LogMessage(type, text.c_str());
 }
 
+// False when the user interrupted meanwhile.
+bool Wait(std::chrono::milliseconds time) {
+    constexpr std::chrono::milliseconds slice{50};
+    for (; time.count() > 0 && !Platform::IsInterrupted(); time -= slice)
+        std::this_thread::sleep_for(std::min(time, slice));
+    return !Platform::IsInterrupted();
+}
+
 } // namespace
 
-RepositoryAccess::RepositoryAccess(Connector connector) : m_connector(std::move(connector)) {}
+RepositoryAccess::RepositoryAccess(Connector connector, Patience patience)
+    : m_connector(std::move(connector)), m_patience(patience) {}
 
 void RepositoryAccess::LoadSettings() {
     m_settingsError.reset();
     m_store.reset();
+    m_mayWait = false;
     try {
         m_settings.Load();
     } catch (const StorageError& error) {
@@ -73,6 +87,23 @@ std::unique_ptr<Store> RepositoryAccess::Open(const Address& address) {
     return store;
 }
 
+std::unique_ptr<Store> RepositoryAccess::OpenPatiently(const Address& address) {
+    using Clock = std::chrono::steady_clock;
+    const bool mayWait = std::exchange(m_mayWait, false) && address.IsServer();
+    const Clock::time_point end = Clock::now() + m_patience.all;
+    for (auto wait = m_patience.firstWait;; wait *= 2) {
+        try {
+            return Open(address);
+        } catch (const StorageError& error) {
+            const auto left =
+                std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now());
+            const bool passes = error.Kind() == Problem::Unreachable;
+            if (!mayWait || !passes || left.count() <= 0 || !Wait(std::min(wait, left)))
+                throw;
+        }
+    }
+}
+
 void RepositoryAccess::WarnOfNetwork(const Address& address) {
     const CString fileSystem = Platform::NetworkFileSystemOf(address.path);
     if (fileSystem.empty() || m_toldNetwork)
@@ -94,10 +125,11 @@ Store& RepositoryAccess::Use() {
         m_store.reset();
     if (!m_store) {
         try {
-            m_store = Open(AddressInUse());
+            m_store = OpenPatiently(AddressInUse());
         } catch (const StorageError& error) {
             throw NoConnection(error);
         }
+        m_mayWait = true;
         m_toldNoConnection.clear();
     }
     return *m_store;
@@ -114,6 +146,7 @@ void RepositoryAccess::Connect(CStringView address, bool create) {
     m_settings = std::move(settings);
     m_settingsError.reset();
     m_store = std::move(store);
+    m_mayWait = true;
     m_toldNoConnection.clear();
 }
 

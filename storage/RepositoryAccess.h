@@ -7,14 +7,23 @@
 #include "storage/StorageSettings.h"
 #include "storage/Store.h"
 
+#include <chrono>
+
 namespace Storage {
 
 // Opens the repository at an address.
 using Connector = std::function<std::unique_ptr<SqlConnection>(const Address&)>;
 
+// How long a connection to a server that worked before is tried for before a call fails: the
+// server may be restarting, or another one taking its place.
+struct Patience {
+    std::chrono::milliseconds firstWait{100}; // doubled before each further attempt
+    std::chrono::milliseconds all{10'000};
+};
+
 class RepositoryAccess {
 public:
-    explicit RepositoryAccess(Connector connector = OpenRepository);
+    explicit RepositoryAccess(Connector connector = OpenRepository, Patience patience = {});
 
     void SetMsgProvider(Repository::IMsgProvider* provider) { m_provider = provider; }
     void SetVersion(CStringView version) { m_version = version; }
@@ -27,7 +36,9 @@ public:
     // Throws Configuration.  Settings that were not understood are left as they are.
     void SaveSettings();
 
-    // The repository, connected when it is not yet or not any more.  Throws NoConnection.
+    // The repository, connected when it is not yet or not any more.  A connection to a server
+    // that broke is waited for once; afterwards each call tries once until one succeeds.  Waits
+    // no longer than until the user interrupts.  Throws NoConnection.
     Store& Use();
     void Disconnect() { m_store.reset(); }
     // See RepositoryAdministration::Connect.  Throws StorageError.
@@ -52,16 +63,19 @@ public:
 private:
     Address AddressInUse() const;
     std::unique_ptr<Store> Open(const Address& address);
+    std::unique_ptr<Store> OpenPatiently(const Address& address);
     // Once in this object's life, and so in the process's.
     void WarnOfNetwork(const Address& address);
 
     Connector m_connector;
+    Patience m_patience;
     Repository::IMsgProvider* m_provider = nullptr;
     CString m_version;
     CString m_application; // empty: nobody said
     StorageSettings m_settings;
     std::optional<StorageError> m_settingsError;
     std::unique_ptr<Store> m_store;
+    bool m_mayWait = false; // a connection to the address in use was made since the last failure
     CString m_toldNoConnection; // what was said last about a connection that cannot be made
     bool m_toldNetwork = false;
     bool m_toldOldTables = false;

@@ -19,6 +19,7 @@ struct Meaning {
 // By SQLSTATE, or by how it begins: the first that fits counts.
 constexpr Meaning kStates[] = {
     {"08", Problem::Unreachable, Number::ConnectionBroke},
+    {"0A000", Problem::NotAllowed, Number::ServerTakesNoWrites}, // a standby's word for BEGIN
     {"25006", Problem::NotAllowed, Number::ServerTakesNoWrites},
     {"28P01", Problem::NotAllowed, Number::WrongPassword},
     {"28", Problem::NotAllowed, Number::NotLetIn},
@@ -60,6 +61,7 @@ constexpr Meaning kTexts[] = {
     {"does not match host name", Problem::Unreachable, Number::CertificateOfAnother},
     {"certificate verify failed", Problem::Unreachable, Number::CertificateNotTrusted},
     {"server does not support SSL", Problem::Unreachable, Number::ServerWithoutTls},
+    {"terminating connection", Problem::Unreachable, Number::ServerStopped},
     {"the database system is", Problem::Unreachable, Number::ServerStarting},
     {"too many c", Problem::Unreachable, Number::NoMoreConnections}, // clients, connections
     {"connection slots are reserved", Problem::Unreachable, Number::NoMoreConnections},
