@@ -5,6 +5,7 @@
 #include "platform/os/UserFolders.h"
 #include "platform/text/CaseFold.h"
 #include "storage/StorageError.h"
+#include "storage/postgres/PostgresLogin.h"
 #include "storage/sqlite/SqliteError.h"
 
 #include <algorithm>
@@ -57,8 +58,10 @@ CString Address::Text() const {
 
 Address ParseAddress(CStringView text, CStringView currentFolder) {
     const CString scheme = SchemeOf(text);
-    if (scheme == u"postgresql" || scheme == u"postgres")
-        Refuse(MessageNumber::NoServerEngine);
+    if (scheme == u"postgresql" || scheme == u"postgres") {
+        CheckServerUri(CString(text));
+        return {.server = CString(text)};
+    }
     if (scheme.empty())
         Refuse(MessageNumber::NotAnAddress);
     if (scheme != u"sqlite")

@@ -9,13 +9,13 @@ namespace Storage {
 
 struct Address {
     // Of the embedded engine: absolute, "\" between folders.  Empty: on a server.
-    CString path;
+    CString path = {};
     // Of the server engine: a URI as libpq takes it, handed over as it stands; without a password.
-    CString server;
+    CString server = {};
 
     // Not part of the text; for a server.
-    CString schema;      // where the URI names none
-    CString application; // who connects, as the server's administrators see it
+    CString schema = {};      // where the URI names none
+    CString application = {}; // who connects, as the server's administrators see it
 
     bool IsServer() const { return !server.empty(); }
     // "sqlite:/srv/zebx/repository.db", "postgresql://server.example.org/gis"

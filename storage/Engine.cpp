@@ -2,28 +2,35 @@
 #include "storage/Engine.h"
 
 #include "storage/Schema.h"
+#include "storage/postgres/PostgresConnection.h"
 #include "storage/sqlite/SqliteConnection.h"
 
 namespace Storage {
 
 std::unique_ptr<SqlConnection> OpenRepository(const Address& address) {
-    auto connection = OpenSqlite(address.path);
+    auto connection = address.IsServer() ? OpenPostgres(address) : OpenSqlite(address.path);
     CheckSchema(*connection);
     return connection;
 }
 
 std::unique_ptr<SqlConnection> LookIntoRepository(const Address& address) {
-    auto connection = OpenSqlite(address.path, {.isTrial = true});
+    // Looking at a server changes nothing there.
+    auto connection =
+        address.IsServer() ? OpenPostgres(address) : OpenSqlite(address.path, {.isTrial = true});
     CheckSchema(*connection);
     return connection;
 }
 
 void CheckMayCreate(const Address& address) {
-    CheckMayCreateSqlite(address.path);
+    if (!address.IsServer())
+        CheckMayCreateSqlite(address.path);
 }
 
 void CreateRepository(const Address& address) {
-    CreateSqlite(address.path, CreateSchema);
+    if (address.IsServer())
+        CreatePostgres(address, CreateSchema);
+    else
+        CreateSqlite(address.path, CreateSchema);
 }
 
 } // namespace Storage

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The plug-in's messages (20000 to 20209 of the message table) and their texts.
+// The plug-in's messages (20000 to 20449 of the message table) and their texts.
 #pragma once
 
 #include "ZEBXRepositoryClient/MsgProvider.h"
@@ -114,6 +114,17 @@ enum class MessageNumber : int {
     Holds = 20207,             // revision, number of files
     ReadAndWrite = 20208,
     ReadOnly = 20209,
+
+    // Repositories on a server. %1 of those without a note is the address.
+    NotAServerUri = 20300,        // reason, or nothing
+    PasswordInUri = 20301,        // (nothing)
+    NoRepositoryInSchema = 20302, // schema, address
+    NoSchemaName = 20303,         // name, how long it may be
+    ServerSilent = 20304,         // address, seconds
+    DatabaseNotUtf8 = 20305,      // database, address
+    MayNotUseSchema = 20306,      // user, schema, address
+    WaitInterrupted = 20307,
+    CommitUnanswered = 20308,
 
     // What a server, or libpq without one, says.
     ConnectionBroke = 20330,        // address, reason

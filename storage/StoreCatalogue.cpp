@@ -145,21 +145,25 @@ void Store::DeleteCatalogueItem(CStringView tag, CStringView id) {
         throw StorageError(Problem::Refused, MessageNumber::NoSuchItem,
                            {CString(id), CString(tag)});
     // UNION, not UNION ALL: parents that form a loop must come to an end.
-    m_sql->Execute("WITH RECURSIVE branch (item_id) AS (SELECT $2 UNION "
-                   "SELECT c.item_id FROM catalogue_item c JOIN branch b "
-                   "ON c.parent_id = b.item_id "
-                   "WHERE c.catalogue_tag = $1 AND c.until_revision IS NULL) "
-                   "UPDATE stored_file SET until_revision = $3 WHERE holder IN "
-                   "(SELECT c.id FROM catalogue_item c JOIN branch b ON c.item_id = b.item_id "
-                   "WHERE c.catalogue_tag = $1 AND c.until_revision IS NULL)",
-                   {ToUtf8(tag), ToUtf8(id), call.Revision()});
-    m_sql->Execute("WITH RECURSIVE branch (item_id) AS (SELECT $2 UNION "
-                   "SELECT c.item_id FROM catalogue_item c JOIN branch b "
-                   "ON c.parent_id = b.item_id "
-                   "WHERE c.catalogue_tag = $1 AND c.until_revision IS NULL) "
-                   "UPDATE catalogue_item SET until_revision = $3 WHERE catalogue_tag = $1 "
-                   "AND until_revision IS NULL AND item_id IN (SELECT item_id FROM branch)",
-                   {ToUtf8(tag), ToUtf8(id), call.Revision()});
+    m_sql->Execute(
+        "WITH RECURSIVE branch (item_id) AS (SELECT i.item_id FROM catalogue_item i "
+        "WHERE i.catalogue_tag = $1 AND i.item_id = $2 AND i.until_revision IS NULL UNION "
+        "SELECT c.item_id FROM catalogue_item c JOIN branch b "
+        "ON c.parent_id = b.item_id "
+        "WHERE c.catalogue_tag = $1 AND c.until_revision IS NULL) "
+        "UPDATE stored_file SET until_revision = $3 WHERE holder IN "
+        "(SELECT c.id FROM catalogue_item c JOIN branch b ON c.item_id = b.item_id "
+        "WHERE c.catalogue_tag = $1 AND c.until_revision IS NULL)",
+        {ToUtf8(tag), ToUtf8(id), call.Revision()});
+    m_sql->Execute(
+        "WITH RECURSIVE branch (item_id) AS (SELECT i.item_id FROM catalogue_item i "
+        "WHERE i.catalogue_tag = $1 AND i.item_id = $2 AND i.until_revision IS NULL UNION "
+        "SELECT c.item_id FROM catalogue_item c JOIN branch b "
+        "ON c.parent_id = b.item_id "
+        "WHERE c.catalogue_tag = $1 AND c.until_revision IS NULL) "
+        "UPDATE catalogue_item SET until_revision = $3 WHERE catalogue_tag = $1 "
+        "AND until_revision IS NULL AND item_id IN (SELECT item_id FROM branch)",
+        {ToUtf8(tag), ToUtf8(id), call.Revision()});
     call.Commit();
 }
 

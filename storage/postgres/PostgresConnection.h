@@ -12,6 +12,9 @@
 
 namespace Storage {
 
+// Of a schema's name; the group roles' names begin with it, and a name has at most 63 bytes.
+inline constexpr std::size_t kMaxSchemaName = 51;
+
 struct PostgresOptions {
     int busyTimeoutMs = 10'000;    // how long a writer waits for another
     int silenceTimeoutMs = 60'000; // how long the server may say nothing while it is asked

@@ -25,7 +25,7 @@ class ReadingAhead : public StoreTest {
 protected:
     static constexpr int kFiles = 20;
 
-    void SetUp() override {
+    void Fill() override {
         Repository::RepositoryFiles files;
         for (int i = 0; i < kFiles; ++i)
             files.push_back(MakeFile(NameOf(i), Content(i)));
@@ -48,10 +48,10 @@ protected:
         other->BeginWrite();
         const std::int64_t size = static_cast<std::int64_t>(Content(i).size());
         const std::string zeros(static_cast<std::size_t>(size), '\0');
-        const auto changed =
-            other->Query("UPDATE content SET bytes = $1 WHERE size_bytes = $2 RETURNING 1",
-                         {SqlBytes(zeros), size});
-        EXPECT_TRUE(changed->Next());
+        EXPECT_TRUE(other
+                        ->Query("UPDATE content SET bytes = $1 WHERE size_bytes = $2 RETURNING 1",
+                                {SqlBytes(zeros), size})
+                        ->Next());
         other->Commit();
     }
     void ExpectDamaged(int i) {
@@ -109,7 +109,7 @@ TEST_P(ReadingAhead, ADamagedFileIsToldWhenItIsFetchedAndThoseAfterItComeWhole) 
 }
 
 TEST_P(ReadingAhead, AMissingContentLikewise) {
-    store->Connection().RunScript("PRAGMA foreign_keys = OFF");
+    repository->LiftRules(store->Connection());
     store->Connection().Execute("DELETE FROM content WHERE size_bytes = $1",
                                 {static_cast<std::int64_t>(Content(2).size())});
     ExpectFile(0);

@@ -295,11 +295,13 @@ TEST_F(SqliteRepository, FlippedBytesOfAContentAreFoundInTheFile) {
     EXPECT_EQ(BytesOf(store->File(ids.at(1))), "good");
 }
 
-TEST_F(SqliteRepository, AResultThatIsStillOpenStopsTheNextStatement) {
+TEST_F(SqliteRepository, AResultThatIsStillOpenStopsTheSameStatement) {
     Create();
     const auto connection = Open();
     const auto rows = connection->Query("SELECT 1", {});
-    EXPECT_EQ(ProblemOf([&] { connection->Query("SELECT 2", {}); }), Problem::Internal);
+    EXPECT_EQ(ProblemOf([&] { connection->Query("SELECT 1", {}); }), Problem::Internal);
+    EXPECT_TRUE(connection->Query("SELECT 2", {})->Next());
+    EXPECT_TRUE(rows->Next());
 }
 
 TEST_F(SqliteRepository, AStatementWithTooFewValuesDoesNotRun) {

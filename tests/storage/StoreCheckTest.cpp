@@ -15,7 +15,7 @@ using testing::UnorderedElementsAre;
 
 class StoreCheck : public StoreTest {
 protected:
-    void SetUp() override {
+    void Fill() override {
         Repository::CNetRepositoryItem item;
         item.SetId(u"i");
         item.GetFiles()->push_back(MakeFile(u"held.dwg", "4444"));
@@ -42,8 +42,7 @@ protected:
     // Somebody with other tools, whom nothing holds back.
     template<typename... Values>
     void Plant(SqlText sql, Values... values) {
-        store->Connection().RunScript("PRAGMA foreign_keys = OFF;"
-                                      "PRAGMA ignore_check_constraints = ON;");
+        repository->LiftRules(store->Connection());
         store->Connection().Execute(sql, {SqlValue(values)...});
     }
     CheckCounts counts;
