@@ -212,20 +212,25 @@ void PostgresConnection::Commit() {
     auto answer = std::make_shared<Answer>();
     m_pipeline.Send("COMMIT", {}, keep, answer);
     m_pipeline.Sync();
-    m_transaction = Transaction::None;
     try {
         m_pipeline.WaitForAll();
     } catch (const StorageError& error) {
+        m_transaction = Transaction::None;
         // Here alone it is not known what became of the call.
-        if (!answer->isWhole || answer->error)
+        if (answer->error)
             throw StorageError(error.Kind(), MessageNumber::CommitUnanswered, {Name()});
         throw;
     }
-    if (answer->error)
-        std::rethrow_exception(answer->error);
-    if (answer->outcome == "COMMIT")
+    if (answer->outcome == "COMMIT") {
+        m_transaction = Transaction::None;
         return;
-    if (const auto error = m_pipeline.TakeError())
+    }
+    // Behind a statement that failed the server has not even looked at it.
+    auto error = answer->error;
+    if (const auto first = m_pipeline.TakeError())
+        error = first;
+    Rollback();
+    if (error)
         std::rethrow_exception(error);
     throw StorageError(Problem::Internal, MessageNumber::Internal, {FromUtf8(answer->outcome)});
 }
