@@ -46,6 +46,10 @@ CString StateFolder() {
     return UserFolder("XDG_STATE_HOME", u".local\\state\\");
 }
 
+CString CacheFolder() {
+    return UserFolder("XDG_CACHE_HOME", u".cache\\");
+}
+
 CString ProgramFolder() {
     const std::string program = System::LinkTarget("/proc/self/exe");
     return PathFromNative(program.substr(0, program.rfind('/') + 1));

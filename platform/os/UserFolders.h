@@ -18,6 +18,9 @@ ZEBX_EXPORT CString DataFolder();
 // $XDG_STATE_HOME, else ~/.local/state: log files.
 ZEBX_EXPORT CString StateFolder();
 
+// $XDG_CACHE_HOME, else ~/.cache: what may be deleted at any time.
+ZEBX_EXPORT CString CacheFolder();
+
 // The folder of the running program.
 ZEBX_EXPORT CString ProgramFolder();
 

@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+using Platform::CacheFolder;
 using Platform::DataFolder;
 using Platform::ProgramFolder;
 using Platform::RoamingFolder;
@@ -19,7 +20,8 @@ namespace {
 class UserFolders : public testing::Test {
 protected:
     UserFolders() {
-        for (const char* name : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"})
+        for (const char* name :
+             {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME", "XDG_CACHE_HOME"})
             m_workstation.Set(name, std::nullopt);
         m_workstation.Set("HOME", "/home/ana");
     }
@@ -33,15 +35,18 @@ TEST_F(UserFolders, TheyLieBelowTheHomeFolder) {
     EXPECT_EQ(RoamingFolder(), u"\\home\\ana\\.config\\");
     EXPECT_EQ(DataFolder(), u"\\home\\ana\\.local\\share\\");
     EXPECT_EQ(StateFolder(), u"\\home\\ana\\.local\\state\\");
+    EXPECT_EQ(CacheFolder(), u"\\home\\ana\\.cache\\");
 }
 
 TEST_F(UserFolders, AVariableSaysOtherwise) {
     m_workstation.Set("XDG_CONFIG_HOME", "/etc/ana");
     m_workstation.Set("XDG_DATA_HOME", "/data/ana/");
     m_workstation.Set("XDG_STATE_HOME", "/");
+    m_workstation.Set("XDG_CACHE_HOME", "/var/cache");
     EXPECT_EQ(RoamingFolder(), u"\\etc\\ana\\");
     EXPECT_EQ(DataFolder(), u"\\data\\ana\\");
     EXPECT_EQ(StateFolder(), u"\\");
+    EXPECT_EQ(CacheFolder(), u"\\var\\cache\\");
 }
 
 TEST_F(UserFolders, ARelativeOrEmptyVariableIsIgnored) {
