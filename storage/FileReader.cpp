@@ -27,134 +27,206 @@ enum Column {
     kFileType,
     kSizeBytes,
     kHash,
-    kContentSize,
-    kContent,
     kOtherName
 };
 
-// The columns above.  The last one: another current name of the kind that differs by case
-// alone and came first; the tables do not allow one, but somebody may have changed them.
+// The columns above.  The folded name comes only where it is another text.  The last one:
+// another current name of the kind that differs by case alone and came first; the tables do not
+// allow one, but somebody may have changed them.
 #define ZEBX_SELECT_FILES                                                                          \
-    "SELECT f.id, f.holder, f.name, f.name_folded, f.file_manager_id, f.origin_id, "               \
-    "f.custom_parameter, f.file_type, f.size_bytes, f.hash, c.size_bytes, c.bytes, "               \
+    "SELECT f.id, f.holder, f.name, NULLIF(f.name_folded, f.name), f.file_manager_id, "            \
+    "f.origin_id, f.custom_parameter, f.file_type, f.size_bytes, f.hash, "                         \
     "(SELECT o.name FROM stored_file o WHERE o.file_type = f.file_type "                           \
     "AND o.origin_id = f.origin_id AND o.name_folded = f.name_folded "                             \
     "AND o.holder IS NULL AND o.until_revision IS NULL "                                           \
     "AND f.holder IS NULL AND f.until_revision IS NULL AND o.id < f.id LIMIT 1) "                  \
-    "FROM stored_file f LEFT JOIN content c ON c.hash = f.hash "
+    "FROM stored_file f "
 
 bool Fits(std::string_view bytes, std::int64_t sizeBytes, std::string_view hash) {
     return static_cast<std::int64_t>(bytes.size()) == sizeBytes && ContentHash(bytes) == hash;
 }
 
-} // namespace
-
-FileReader FileReader::ById(SqlConnection& sql, std::int64_t id) {
-    return FileReader(sql.Query(ZEBX_SELECT_FILES "WHERE f.id = $1", {id}));
+bool IsFoldedOtherwise(SqlRows& row, const CString& name) {
+    const std::string_view folded =
+        row.IsNull(kNameFolded) ? row.Text(kName) : row.Text(kNameFolded);
+    return ToUtf8(Platform::FoldCase(name)) != folded;
 }
 
-FileReader FileReader::OfHolder(SqlConnection& sql, std::int64_t holder) {
-    return FileReader(
-        sql.Query(ZEBX_SELECT_FILES "WHERE f.holder = $1 ORDER BY f.position", {holder}));
+StoredRecord ReadRecord(SqlRows& row) {
+    StoredRecord read;
+    read.id = row.Integer(kId);
+    read.holder = row.IsNull(kHolder) ? 0 : row.Integer(kHolder);
+    read.record = {FromUtf8(row.Text(kName)),
+                   FromUtf8(row.Text(kFileManagerId)),
+                   FromUtf8(row.Text(kOriginId)),
+                   FromUtf8(row.Text(kCustomParameter)),
+                   static_cast<std::int32_t>(row.Integer(kFileType)),
+                   row.Integer(kSizeBytes),
+                   std::string(row.Bytes(kHash))};
+    read.isFoldedOtherwise = IsFoldedOtherwise(row, read.record.name);
+    if (!row.IsNull(kOtherName))
+        read.otherName = FromUtf8(row.Text(kOtherName));
+    return read;
 }
 
-FileReader FileReader::OfRepositoryItems(SqlConnection& sql, CStringView tag) {
-    return FileReader(sql.Query(ZEBX_SELECT_FILES
-                                "WHERE f.holder IN (SELECT id FROM repository_item "
-                                "WHERE tag = $1 AND until_revision IS NULL) "
-                                "ORDER BY f.holder, f.position",
-                                {ToUtf8(tag)}));
-}
-
-FileReader FileReader::OfCatalogueChildren(SqlConnection& sql, CStringView tag,
-                                           CStringView parentId) {
-    return FileReader(sql.Query(ZEBX_SELECT_FILES
-                                "WHERE f.holder IN (SELECT id FROM catalogue_item "
-                                "WHERE catalogue_tag = $1 AND parent_id = $2 "
-                                "AND until_revision IS NULL) ORDER BY f.holder, f.position",
-                                {ToUtf8(tag), ToUtf8(parentId)}));
-}
-
-std::int64_t FileReader::Holder() const {
-    return m_rows->Integer(kHolder);
-}
-
-void FileReader::CheckStoredName(const CString& name, const CString& owner) const {
+void CheckStoredName(const StoredRecord& stored) {
+    const CString& name = stored.record.name;
+    const CString& owner = stored.record.originId;
     if (const auto wrong = CheckName(name))
         throw StorageError(Problem::Refused, *wrong, {name, owner});
-    if (!m_rows->IsNull(kOtherName))
+    if (stored.otherName)
         throw StorageError(Problem::Refused, MessageNumber::NameDiffersByCase,
-                           {name, owner, FromUtf8(m_rows->Text(kOtherName))});
-    if (ToUtf8(Platform::FoldCase(name)) != m_rows->Text(kNameFolded))
+                           {name, owner, *stored.otherName});
+    if (stored.isFoldedOtherwise)
         throw StorageError(Problem::Integrity, MessageNumber::RecordDamaged, {name, owner});
 }
 
-void FileReader::CheckContentSize(const CString& name, const CString& owner) const {
-    if (m_rows->IsNull(kContent))
-        throw StorageError(Problem::Integrity, MessageNumber::ContentMissing, {name, owner});
-    const std::int64_t sizeBytes = m_rows->Integer(kSizeBytes);
-    if (m_rows->Integer(kContentSize) != sizeBytes ||
-        static_cast<std::int64_t>(m_rows->Bytes(kContent).size()) != sizeBytes)
-        throw StorageError(Problem::Integrity, MessageNumber::ContentDamaged, {name, owner});
-}
-
-void UncheckedFile::CheckHash(const std::string& hash) const {
-    if (hash != expectedHash)
+void CheckContent(const FileRecord& record, const TakenContent& content) {
+    if (!content.isThere)
+        throw StorageError(Problem::Integrity, MessageNumber::ContentMissing,
+                           {record.name, record.originId});
+    if (!content.fitsItsHash || static_cast<std::int64_t>(content.bytes.size()) != record.sizeBytes)
         throw StorageError(Problem::Integrity, MessageNumber::ContentDamaged,
-                           {file->GetFileName(), file->GetOriginId()});
+                           {record.name, record.originId});
 }
 
-boost::shared_ptr<CRepositoryFile> FileReader::File() const {
-    const UncheckedFile read = ReadUnchecked();
-    read.CheckHash(ContentHash(m_rows->Bytes(kContent)));
-    return read.file;
+} // namespace
+
+RecordQuery RecordQuery::ById(SqlConnection& sql, std::int64_t id) {
+    return RecordQuery(sql.Query(ZEBX_SELECT_FILES "WHERE f.id = $1", {id}));
 }
 
-UncheckedFile FileReader::ReadUnchecked() const {
-    const CString name = FromUtf8(m_rows->Text(kName));
-    const CString owner = FromUtf8(m_rows->Text(kOriginId));
-    CheckStoredName(name, owner);
-    CheckContentSize(name, owner);
+RecordQuery RecordQuery::OfKind(SqlConnection& sql, std::int32_t contentCode, CStringView kindId) {
+    return RecordQuery(sql.Query(ZEBX_SELECT_FILES "WHERE f.file_type = $1 AND f.origin_id = $2 "
+                                                   "AND f.holder IS NULL "
+                                                   "AND f.until_revision IS NULL",
+                                 {contentCode, ToUtf8(kindId)}));
+}
+
+RecordQuery RecordQuery::OfHolder(SqlConnection& sql, std::int64_t holder) {
+    return RecordQuery(
+        sql.Query(ZEBX_SELECT_FILES "WHERE f.holder = $1 ORDER BY f.position", {holder}));
+}
+
+RecordQuery RecordQuery::OfRepositoryItem(SqlConnection& sql, CStringView tag, CStringView id) {
+    return RecordQuery(sql.Query(ZEBX_SELECT_FILES
+                                 "WHERE f.holder = (SELECT id FROM repository_item WHERE tag = $1 "
+                                 "AND item_id = $2 AND until_revision IS NULL) ORDER BY f.position",
+                                 {ToUtf8(tag), ToUtf8(id)}));
+}
+
+RecordQuery RecordQuery::OfCatalogueItem(SqlConnection& sql, CStringView tag, CStringView id) {
+    return RecordQuery(sql.Query(ZEBX_SELECT_FILES
+                                 "WHERE f.holder = (SELECT id FROM catalogue_item "
+                                 "WHERE catalogue_tag = $1 AND item_id = $2 "
+                                 "AND until_revision IS NULL) ORDER BY f.position",
+                                 {ToUtf8(tag), ToUtf8(id)}));
+}
+
+RecordQuery RecordQuery::OfSettings(SqlConnection& sql, CStringView name) {
+    return RecordQuery(sql.Query(ZEBX_SELECT_FILES
+                                 "WHERE f.holder = (SELECT id FROM general_settings "
+                                 "WHERE name = $1 AND until_revision IS NULL) ORDER BY f.position",
+                                 {ToUtf8(name)}));
+}
+
+RecordQuery RecordQuery::OfRepositoryItems(SqlConnection& sql, CStringView tag) {
+    return RecordQuery(sql.Query(ZEBX_SELECT_FILES
+                                 "WHERE f.holder IN (SELECT id FROM repository_item "
+                                 "WHERE tag = $1 AND until_revision IS NULL) "
+                                 "ORDER BY f.holder, f.position",
+                                 {ToUtf8(tag)}));
+}
+
+RecordQuery RecordQuery::OfCatalogueChildren(SqlConnection& sql, CStringView tag,
+                                             CStringView parentId) {
+    return RecordQuery(sql.Query(ZEBX_SELECT_FILES
+                                 "WHERE f.holder IN (SELECT id FROM catalogue_item "
+                                 "WHERE catalogue_tag = $1 AND parent_id = $2 "
+                                 "AND until_revision IS NULL) ORDER BY f.holder, f.position",
+                                 {ToUtf8(tag), ToUtf8(parentId)}));
+}
+
+RecordQuery RecordQuery::OfCatalogue(SqlConnection& sql, CStringView tag) {
+    return RecordQuery(sql.Query(ZEBX_SELECT_FILES
+                                 "WHERE f.holder IN (SELECT id FROM catalogue_item "
+                                 "WHERE catalogue_tag = $1 AND until_revision IS NULL) "
+                                 "ORDER BY f.holder, f.position",
+                                 {ToUtf8(tag)}));
+}
+
+StoredRecords RecordQuery::Read() {
+    StoredRecords records;
+    while (m_rows->Next())
+        records.push_back(ReadRecord(*m_rows));
+    m_rows.reset();
+    return records;
+}
+
+RepositoryFilePtr StoredRecord::WithContent(TakenContent content) const {
+    CheckStoredName(*this);
+    CheckContent(record, content);
     auto file = boost::make_shared<CRepositoryFile>();
-    file->SetFileId(Platform::ToText(m_rows->Integer(kId)).c_str());
-    file->SetFileManagerId(FromUtf8(m_rows->Text(kFileManagerId)).c_str());
-    file->SetOriginId(owner.c_str());
-    file->SetFileName(name.c_str());
-    file->SetCustomParameter(FromUtf8(m_rows->Text(kCustomParameter)).c_str());
-    file->SetFileType(static_cast<Repository::enmFileType>(m_rows->Integer(kFileType)));
-    file->SetFileBytes(std::string(m_rows->Bytes(kContent)));
-    return {file, std::string(m_rows->Bytes(kHash))};
+    file->SetFileId(Platform::ToText(id).c_str());
+    file->SetFileManagerId(record.fileManagerId.c_str());
+    file->SetOriginId(record.originId.c_str());
+    file->SetFileName(record.name.c_str());
+    file->SetCustomParameter(record.customParameter.c_str());
+    file->SetFileType(static_cast<Repository::enmFileType>(record.fileType));
+    file->SetFileBytes(std::move(content.bytes));
+    return file;
 }
 
-void AttachFiles(FileReader reader, const FileLists& lists, const LeftOut& leftOut) {
-    std::map<std::pair<std::int64_t, CString>, CString> names; // holder and folded to name
-    while (reader.Next()) {
-        try {
-            auto file = reader.File();
-            const CString name = file->GetFileName();
-            const auto key = std::make_pair(reader.Holder(), Platform::FoldCase(name));
-            const CString& first = names.try_emplace(key, name).first->second;
-            if (first != name)
-                throw StorageError(Problem::Refused, MessageNumber::NameDiffersByCase,
-                                   {name, file->GetOriginId(), first});
-            lists.at(reader.Holder())->push_back(std::move(file));
-        } catch (const StorageError& error) {
-            if (error.Kind() != Problem::Refused && error.Kind() != Problem::Integrity)
-                throw;
-            leftOut(error);
-        }
+std::vector<WantedContent> ContentsOf(const StoredRecords& records) {
+    std::vector<WantedContent> wanted;
+    wanted.reserve(records.size());
+    for (const StoredRecord& stored : records)
+        wanted.push_back({stored.record.hash, stored.record.sizeBytes});
+    return wanted;
+}
+
+std::vector<FileRecord> PlainRecords(const StoredRecords& records) {
+    std::vector<FileRecord> plain;
+    for (const StoredRecord& stored : records)
+        plain.push_back(stored.record);
+    return plain;
+}
+
+void FileAttacher::Attach(const StoredRecord& record, const std::function<TakenContent()>& take,
+                          Repository::RepositoryFiles& files) {
+    try {
+        auto file = record.WithContent(take());
+        const CString name = file->GetFileName();
+        const auto key = std::make_pair(record.holder, Platform::FoldCase(name));
+        const CString& first = m_names.try_emplace(key, name).first->second;
+        if (first != name)
+            throw StorageError(Problem::Refused, MessageNumber::NameDiffersByCase,
+                               {name, file->GetOriginId(), first});
+        files.push_back(std::move(file));
+    } catch (const StorageError& error) {
+        if (error.Kind() != Problem::Refused && error.Kind() != Problem::Integrity)
+            throw;
+        m_leftOut(error);
     }
 }
 
-std::string ReadContent(SqlConnection& sql, const std::string& hash, const CString& name,
-                        const CString& owner) {
-    const auto rows =
-        sql.Query("SELECT size_bytes, bytes FROM content WHERE hash = $1", {SqlBytes(hash)});
-    if (!rows->Next())
+void AttachFiles(SqlConnection& sql, ContentsAhead& contents, const StoredRecords& records,
+                 const FileLists& lists, const LeftOut& leftOut) {
+    contents.Expect(ContentsOf(records));
+    FileAttacher attacher(leftOut);
+    for (std::size_t place = 0; place < records.size(); ++place)
+        attacher.Attach(
+            records[place], [&] { return contents.Take(sql, place); },
+            *lists.at(records[place].holder));
+    contents.Forget();
+}
+
+std::string ReadContent(SqlRows& row, const CString& name, const CString& owner) {
+    if (!row.Next() || row.IsNull(2))
         throw StorageError(Problem::Integrity, MessageNumber::ContentMissing, {name, owner});
-    if (!Fits(rows->Bytes(1), rows->Integer(0), hash))
+    if (!Fits(row.Bytes(2), row.Integer(1), row.Bytes(0)))
         throw StorageError(Problem::Integrity, MessageNumber::ContentDamaged, {name, owner});
-    return std::string(rows->Bytes(1));
+    return std::string(row.Bytes(2));
 }
 
 } // namespace Storage

@@ -5,6 +5,8 @@
 #include "platform/text/Utf8.h"
 #include "storage/ContentHash.h"
 
+#include <utility>
+
 namespace Storage {
 namespace {
 
@@ -25,10 +27,6 @@ FileRow ReadRow(SqlRows& rows) {
     return row;
 }
 
-bool ContentIsKnown(SqlConnection& sql, const std::string& hash) {
-    return sql.Query("SELECT 1 FROM content WHERE hash = $1", {SqlBytes(hash)})->Next();
-}
-
 } // namespace
 
 FileRecord RecordOf(const CRepositoryFile& file, std::string_view bytes, std::string hash) {
@@ -38,45 +36,44 @@ FileRecord RecordOf(const CRepositoryFile& file, std::string_view bytes, std::st
             std::move(hash)};
 }
 
-void KeepContent(WriteCall& call, std::string_view bytes, const std::string& hash) {
-    if (ContentIsKnown(call.Sql(), hash))
+KnownContents::KnownContents(SqlConnection& sql, const std::vector<std::string_view>& hashes)
+    : m_isKnown(hashes.size()) {
+    if (hashes.empty())
         return;
-    call.Sql().Execute("INSERT INTO content (hash, size_bytes, bytes) VALUES ($1, $2, $3)",
-                       {SqlBytes(hash), static_cast<std::int64_t>(bytes.size()), SqlBytes(bytes)});
-    call.CountContent(bytes.size());
+    const std::string packed = PackHashes(hashes);
+    m_rows =
+        sql.Query("WITH RECURSIVE n (i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < $2) "
+                  "SELECT n.i FROM n WHERE EXISTS "
+                  "(SELECT 1 FROM content c WHERE c.hash = substr($1, n.i * 32 - 31, 32))",
+                  {SqlBytes(packed), static_cast<std::int64_t>(hashes.size())});
+    if (!sql.MayAskAhead())
+        Read(); // the next ones are asked for before these are needed
 }
 
-std::map<CString, FileRow> KindFiles(SqlConnection& sql, std::int32_t contentCode,
-                                     CStringView kindId) {
+void KnownContents::Read() {
+    for (const auto rows = std::exchange(m_rows, nullptr); rows && rows->Next();)
+        m_isKnown.at(static_cast<std::size_t>(rows->Integer(0) - 1)) = true;
+}
+
+bool KnownContents::IsKnown(std::size_t number) {
+    Read();
+    return m_isKnown.at(number);
+}
+
+KindFilesQuery::KindFilesQuery(SqlConnection& sql, std::int32_t contentCode, CStringView kindId)
+    : m_rows(sql.Query("SELECT id, name, file_manager_id, origin_id, custom_parameter, "
+                       "file_type, size_bytes, hash FROM stored_file "
+                       "WHERE file_type = $1 AND origin_id = $2 "
+                       "AND holder IS NULL AND until_revision IS NULL",
+                       {contentCode, ToUtf8(kindId)})) {}
+
+std::map<CString, FileRow> KindFilesQuery::Read() {
     std::map<CString, FileRow> files;
-    const auto rows = sql.Query("SELECT id, name, file_manager_id, origin_id, custom_parameter, "
-                                "file_type, size_bytes, hash FROM stored_file "
-                                "WHERE file_type = $1 AND origin_id = $2 "
-                                "AND holder IS NULL AND until_revision IS NULL",
-                                {contentCode, ToUtf8(kindId)});
-    while (rows->Next()) {
+    for (const auto rows = std::exchange(m_rows, nullptr); rows->Next();) {
         FileRow row = ReadRow(*rows);
         files.try_emplace(Platform::FoldCase(row.record.name), std::move(row));
     }
     return files;
-}
-
-std::vector<FileRow> HeldFiles(SqlConnection& sql, std::int64_t holder) {
-    std::vector<FileRow> files;
-    const auto rows = sql.Query("SELECT id, name, file_manager_id, origin_id, custom_parameter, "
-                                "file_type, size_bytes, hash FROM stored_file "
-                                "WHERE holder = $1 ORDER BY position",
-                                {holder});
-    while (rows->Next())
-        files.push_back(ReadRow(*rows));
-    return files;
-}
-
-std::vector<FileRecord> HeldRecords(SqlConnection& sql, std::int64_t holder) {
-    std::vector<FileRecord> records;
-    for (FileRow& row : HeldFiles(sql, holder))
-        records.push_back(std::move(row.record));
-    return records;
 }
 
 void InsertFile(WriteCall& call, std::optional<std::int64_t> holder, std::int64_t position,
@@ -101,17 +98,32 @@ void EndHeldFiles(WriteCall& call, std::int64_t holder) {
                        {holder, call.Revision()});
 }
 
-std::vector<FileRecord>
-KeepContents(WriteCall& call, const std::vector<const CRepositoryFile*>& files, CStringView owner) {
-    std::vector<FileRecord> records;
-    std::string buffer;
+SentFiles::SentFiles(const std::vector<const CRepositoryFile*>& files, CStringView owner)
+    : m_owner(owner) {
+    m_files.reserve(files.size()); // the bytes may lie in the buffers
     for (const CRepositoryFile* file : files) {
         StopIfInterrupted(*file, owner);
-        const std::string_view bytes = DecodeContent(*file, owner, buffer);
-        records.push_back(RecordOf(*file, bytes, ContentHash(bytes)));
-        KeepContent(call, bytes, records.back().hash);
+        Sent& sent = m_files.emplace_back();
+        sent.file = file;
+        sent.bytes = DecodeContent(*file, owner, sent.buffer);
+        m_records.push_back(RecordOf(*file, sent.bytes, ContentHash(sent.bytes)));
     }
-    return records;
+}
+
+void SentFiles::AskKnown(SqlConnection& sql, std::string_view also) {
+    std::vector<std::string_view> hashes;
+    for (const FileRecord& record : m_records)
+        hashes.push_back(record.hash);
+    if (!also.empty())
+        hashes.push_back(also);
+    m_known.emplace(sql, hashes);
+}
+
+void SentFiles::Keep(WriteCall& call) {
+    for (std::size_t i = 0; i < m_files.size(); ++i) {
+        StopIfInterrupted(*m_files[i].file, m_owner);
+        call.KeepContent(m_files[i].bytes, m_records[i].hash, m_known->IsKnown(i));
+    }
 }
 
 void InsertHeldFiles(WriteCall& call, std::int64_t holder, const std::vector<FileRecord>& records) {

@@ -6,6 +6,7 @@
 #include "platform/os/Environment.h"
 #include "platform/os/FileSystem.h"
 #include "platform/os/FreeName.h"
+#include "platform/os/UserFolders.h"
 #include "platform/os/UserSettings.h"
 #include "storage/Schema.h"
 #include "storage/sqlite/SqliteError.h"
@@ -82,7 +83,10 @@ std::unique_ptr<Store> RepositoryAccess::Open(const Address& address) {
         return Stamp{Platform::UtcNow(), user, host, u"ZEBXRepositoryClient " + m_version};
     };
     options.leftOut = [this](const StorageError& error) { Tell(error); };
-    auto store = std::make_unique<Store>(m_connector(address), std::move(options));
+    auto connection = m_connector(address);
+    if (connection->MayAskAhead())
+        options.cache = Cache();
+    auto store = std::make_unique<Store>(std::move(connection), std::move(options));
     WarnOfNetwork(address);
     return store;
 }
@@ -102,6 +106,15 @@ std::unique_ptr<Store> RepositoryAccess::OpenPatiently(const Address& address) {
                 throw;
         }
     }
+}
+
+// One for all connections: what it knows of its files is not learnt again.
+std::shared_ptr<ContentCache> RepositoryAccess::Cache() {
+    if (!m_cache) {
+        const CString folder = Platform::CacheFolder();
+        m_cache = std::make_shared<ContentCache>(folder.empty() ? folder : folder + u"StudioZEB\\");
+    }
+    return m_cache;
 }
 
 void RepositoryAccess::WarnOfNetwork(const Address& address) {

@@ -64,6 +64,7 @@ private:
     Address AddressInUse() const;
     std::unique_ptr<Store> Open(const Address& address);
     std::unique_ptr<Store> OpenPatiently(const Address& address);
+    std::shared_ptr<ContentCache> Cache();
     // Once in this object's life, and so in the process's.
     void WarnOfNetwork(const Address& address);
 
@@ -74,6 +75,7 @@ private:
     CString m_application; // empty: nobody said
     StorageSettings m_settings;
     std::optional<StorageError> m_settingsError;
+    std::shared_ptr<ContentCache> m_cache;
     std::unique_ptr<Store> m_store;
     bool m_mayWait = false; // a connection to the address in use was made since the last failure
     CString m_toldNoConnection; // what was said last about a connection that cannot be made

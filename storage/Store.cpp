@@ -8,7 +8,13 @@ namespace Storage {
 using Platform::FromUtf8;
 
 Store::Store(std::unique_ptr<SqlConnection> connection, StoreOptions options)
-    : m_sql(std::move(connection)), m_options(std::move(options)) {}
+    : m_sql(std::move(connection)), m_options(std::move(options)), m_filesAhead(Cache()),
+      m_catalogueAhead(Cache()), m_heldContents(Cache()) {}
+
+// What is on this computer anyway needs no second copy of it.
+std::shared_ptr<ContentCache> Store::Cache() const {
+    return m_sql->MayAskAhead() ? m_options.cache : nullptr;
+}
 
 WriteCall Store::Write(std::string_view operation, CStringView subject) {
     return WriteCall(*m_sql, m_options.stamp(), operation, subject);

@@ -8,14 +8,13 @@
 
 #include "ZEBXRepositoryClient/StorageBackend.h"
 #include "ZEBXRepositoryStorage/RepositoryAdministration.h"
+#include "storage/CatalogueAhead.h"
 #include "storage/FilesAhead.h"
 #include "storage/WriteCall.h"
 
 namespace Storage {
 
 using RepositoryItemPtr = boost::shared_ptr<Repository::CNetRepositoryItem>;
-using CatalogueItemPtr = boost::shared_ptr<Repository::CNetCatalogueItem>;
-using RepositoryFilePtr = boost::shared_ptr<Repository::CRepositoryFile>;
 
 struct GeneralSettings {
     CString xml;
@@ -27,6 +26,8 @@ struct StoreOptions {
     // Told of each file that is left out of an item because it may not be given out.
     LeftOut leftOut;
     std::uint64_t maxFileBytes = kMaxFileBytes;
+    // Of contents from a server; may be none.
+    std::shared_ptr<ContentCache> cache;
 };
 
 class Store {
@@ -82,11 +83,18 @@ public:
     void Check(const TellFinding& tell, CheckCounts& counts);
 
 private:
+    std::shared_ptr<ContentCache> Cache() const;
     WriteCall Write(std::string_view operation, CStringView subject);
+    bool ReadCatalogueAhead(CStringView tag, CStringView parentId);
+    std::vector<CatalogueItemPtr> ChildrenNow(CStringView tag, CStringView parentId,
+                                              bool withFiles);
+    CatalogueItemPtr ItemNow(CStringView tag, CStringView id, bool withFiles);
 
     std::unique_ptr<SqlConnection> m_sql;
     StoreOptions m_options;
     FilesAhead m_filesAhead;
+    CatalogueAhead m_catalogueAhead;
+    ContentsAhead m_heldContents; // of items, within one call
 };
 
 } // namespace Storage

@@ -4,41 +4,11 @@
 
 #include "platform/text/Utf8.h"
 
-#include <boost/make_shared.hpp>
-
 namespace Storage {
 namespace {
 
-using Platform::FromUtf8;
 using Platform::ToUtf8;
 using Repository::CNetCatalogueItem;
-
-struct ItemRow {
-    std::int64_t id;
-    std::int64_t position;
-    CatalogueItemPtr item; // without its files
-};
-
-ItemRow ReadItem(SqlRows& rows) {
-    ItemRow row{rows.Integer(0), rows.Integer(1), boost::make_shared<CNetCatalogueItem>()};
-    row.item->SetCatalogueTag(FromUtf8(rows.Text(2)).c_str());
-    row.item->SetCatalogueId(FromUtf8(rows.Text(3)).c_str());
-    row.item->SetParentId(FromUtf8(rows.Text(4)).c_str());
-    row.item->SetIsGroup(static_cast<std::int32_t>(rows.Integer(5)));
-    row.item->SetName(FromUtf8(rows.Text(6)).c_str());
-    row.item->SetCatalogueName(FromUtf8(rows.Text(7)).c_str());
-    row.item->SetItemContent(FromUtf8(rows.Text(8)).c_str());
-    return row;
-}
-
-std::optional<ItemRow> FindItem(SqlConnection& sql, CStringView tag, CStringView id) {
-    const auto rows =
-        sql.Query("SELECT id, position, catalogue_tag, item_id, parent_id, is_group, name, "
-                  "catalogue_name, item_content FROM catalogue_item "
-                  "WHERE catalogue_tag = $1 AND item_id = $2 AND until_revision IS NULL",
-                  {ToUtf8(tag), ToUtf8(id)});
-    return rows->Next() ? std::optional(ReadItem(*rows)) : std::nullopt;
-}
 
 bool IsSame(const CNetCatalogueItem& left, const CNetCatalogueItem& right) {
     return left.GetParentId() == right.GetParentId() && left.GetIsGroup() == right.GetIsGroup() &&
@@ -65,13 +35,13 @@ void EndItem(WriteCall& call, std::int64_t id) {
 
 // An item that comes again keeps its place among its siblings.
 std::int64_t PositionOf(const CNetCatalogueItem& item, std::int64_t id,
-                        const std::optional<ItemRow>& old) {
+                        const std::optional<CatalogueRow>& old) {
     const bool stays = old && old->item->GetParentId() == item.GetParentId();
     return stays ? old->position : id;
 }
 
 void InsertItem(WriteCall& call, const CNetCatalogueItem& item,
-                const std::vector<FileRecord>& files, const std::optional<ItemRow>& old) {
+                const std::vector<FileRecord>& files, const std::optional<CatalogueRow>& old) {
     if (old)
         EndItem(call, old->id);
     const std::int64_t id = call.NewId();
@@ -94,54 +64,103 @@ CString SubjectOf(CStringView tag, CStringView id) {
 
 std::vector<CatalogueItemPtr> Store::CatalogueChildren(CStringView tag, CStringView parentId,
                                                        bool withFiles) {
+    auto items = parentId.empty() ? std::nullopt : m_catalogueAhead.Children(*m_sql, tag, parentId);
+    if (!items && ReadCatalogueAhead(tag, parentId))
+        items = m_catalogueAhead.Children(*m_sql, tag, parentId);
+    if (!items)
+        return ChildrenNow(tag, parentId, withFiles);
+    if (withFiles)
+        for (const CatalogueItemPtr& item : *items)
+            m_catalogueAhead.AttachFiles(*m_sql, *item, m_options.leftOut);
+    return std::move(*items);
+}
+
+// Whether the whole catalogue was read, as of now.
+bool Store::ReadCatalogueAhead(CStringView tag, CStringView parentId) {
+    if (!m_sql->MayAskAhead() || !m_catalogueAhead.IsWorthReading(tag, parentId))
+        return false;
+    m_sql->WatchChanges(); // before it is read: what comes between counts as a change
     const ReadTransaction transaction(*m_sql);
+    return m_catalogueAhead.Read(*m_sql, tag);
+}
+
+std::vector<CatalogueItemPtr> Store::ChildrenNow(CStringView tag, CStringView parentId,
+                                                 bool withFiles) {
     std::vector<CatalogueItemPtr> items;
     FileLists lists;
+    StoredRecords records;
     {
-        const auto rows = m_sql->Query(
-            "SELECT id, position, catalogue_tag, item_id, parent_id, is_group, name, "
-            "catalogue_name, item_content FROM catalogue_item WHERE catalogue_tag = $1 "
-            "AND parent_id = $2 AND until_revision IS NULL ORDER BY position",
-            {ToUtf8(tag), ToUtf8(parentId)});
-        while (rows->Next()) {
-            const ItemRow row = ReadItem(*rows);
+        const ReadTransaction transaction(*m_sql);
+        CatalogueQuery query = CatalogueQuery::Children(*m_sql, tag, parentId);
+        std::optional<RecordQuery> files;
+        if (withFiles)
+            files = RecordQuery::OfCatalogueChildren(*m_sql, tag, parentId);
+        for (const CatalogueRow& row : query.Read()) {
             lists[row.id] = row.item->GetFiles();
             items.push_back(row.item);
         }
+        if (files)
+            records = files->Read();
     }
-    if (withFiles)
-        AttachFiles(FileReader::OfCatalogueChildren(*m_sql, tag, parentId), lists,
-                    m_options.leftOut);
+    AttachFiles(*m_sql, m_heldContents, records, lists, m_options.leftOut);
     return items;
 }
 
 CatalogueItemPtr Store::CatalogueItem(CStringView tag, CStringView id, bool withFiles) {
-    const ReadTransaction transaction(*m_sql);
-    const auto row = FindItem(*m_sql, tag, id);
-    if (!row)
-        return {};
+    CatalogueItemPtr item = m_catalogueAhead.Item(*m_sql, tag, id);
+    if (!item && ReadCatalogueAhead(tag, id))
+        item = m_catalogueAhead.Item(*m_sql, tag, id);
+    if (!item)
+        return ItemNow(tag, id, withFiles);
     if (withFiles)
-        AttachFiles(FileReader::OfHolder(*m_sql, row->id), {{row->id, row->item->GetFiles()}},
-                    m_options.leftOut);
+        m_catalogueAhead.AttachFiles(*m_sql, *item, m_options.leftOut);
+    return item;
+}
+
+CatalogueItemPtr Store::ItemNow(CStringView tag, CStringView id, bool withFiles) {
+    std::optional<CatalogueRow> row;
+    StoredRecords records;
+    {
+        const ReadTransaction transaction(*m_sql);
+        CatalogueQuery query = CatalogueQuery::ById(*m_sql, tag, id);
+        std::optional<RecordQuery> files;
+        if (withFiles)
+            files = RecordQuery::OfCatalogueItem(*m_sql, tag, id);
+        row = query.ReadOne();
+        if (!row)
+            return {};
+        if (files)
+            records = files->Read();
+    }
+    AttachFiles(*m_sql, m_heldContents, records, {{row->id, row->item->GetFiles()}},
+                m_options.leftOut);
     return row->item;
 }
 
 void Store::AddCatalogueItem(CNetCatalogueItem& item) {
     CheckItem(item);
-    const CString owner = SubjectOf(item.GetCatalogueTag(), item.GetCatalogueId());
-    const auto held = CheckHeldFiles(*item.GetFiles(), owner, m_options.maxFileBytes);
+    const CString tag = item.GetCatalogueTag();
+    const CString id = item.GetCatalogueId();
+    const CString owner = SubjectOf(tag, id);
+    SentFiles sent(CheckHeldFiles(*item.GetFiles(), owner, m_options.maxFileBytes), owner);
     WriteCall call = Write("AddCatalogItem", owner);
-    const auto old = FindItem(*m_sql, item.GetCatalogueTag(), item.GetCatalogueId());
-    const auto files = KeepContents(call, held, owner);
-    if (old && IsSame(*old->item, item) && HeldRecords(*m_sql, old->id) == files)
+    CatalogueQuery query = CatalogueQuery::ById(*m_sql, tag, id);
+    RecordQuery records = RecordQuery::OfCatalogueItem(*m_sql, tag, id);
+    sent.AskKnown(*m_sql);
+    call.TakeTurn();
+    const auto old = query.ReadOne();
+    if (PlainRecords(records.Read()) == sent.Records() && old && IsSame(*old->item, item))
         return;
-    InsertItem(call, item, files, old);
+    sent.Keep(call);
+    InsertItem(call, item, sent.Records(), old);
     call.Commit();
 }
 
 void Store::DeleteCatalogueItem(CStringView tag, CStringView id) {
     WriteCall call = Write("DeleteCatalogItem", SubjectOf(tag, id));
-    if (!FindItem(*m_sql, tag, id))
+    CatalogueQuery query = CatalogueQuery::ById(*m_sql, tag, id);
+    call.TakeTurn();
+    if (!query.ReadOne())
         throw StorageError(Problem::Refused, MessageNumber::NoSuchItem,
                            {CString(id), CString(tag)});
     // UNION, not UNION ALL: parents that form a loop must come to an end.

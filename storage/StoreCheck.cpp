@@ -68,6 +68,9 @@ private:
     void Try(const Message& where, Part part);
 
     void CheckContents();
+    void CheckContentsAhead(const std::vector<WantedContent>& contents);
+    void CheckContentAlone(const std::string& hash);
+    bool IsGoodAhead(const WantedContent& content, std::size_t place);
     void CheckContent(const std::string& hash);
     void CheckFiles();
     void CheckFile(SqlRows& row);
@@ -77,12 +80,13 @@ private:
     void CheckValidity(const VersionedTable& table);
     void CheckRevisions();
     void CheckHead();
-    std::vector<std::string> NextContents(const std::string& after);
+    std::vector<WantedContent> NextContents(const std::string& after);
     std::int64_t One(SqlText sql);
 
     SqlConnection& m_sql;
     const TellFinding& m_tell;
     CheckCounts& m_counts;
+    ContentsAhead m_ahead;
     std::int64_t m_findings = 0;
     std::int64_t m_contentBytes = 0;
     std::int64_t m_lastRevision = 0;
@@ -129,27 +133,61 @@ void Checker::Run() {
                {MessageNumber::MoreFindings, {ToText(m_findings - kMaxFindings)}});
 }
 
-std::vector<std::string> Checker::NextContents(const std::string& after) {
-    std::vector<std::string> hashes;
-    const auto rows = m_sql.Query(
-        "SELECT hash FROM content WHERE hash > $1 ORDER BY hash LIMIT 1000", {SqlBytes(after)});
+std::vector<WantedContent> Checker::NextContents(const std::string& after) {
+    std::vector<WantedContent> contents;
+    const auto rows = m_sql.Query("SELECT hash, size_bytes FROM content WHERE hash > $1 "
+                                  "ORDER BY hash LIMIT 1000",
+                                  {SqlBytes(after)});
     while (rows->Next())
-        hashes.emplace_back(rows->Bytes(0));
-    return hashes;
+        contents.push_back({std::string(rows->Bytes(0)), rows->Integer(1)});
+    return contents;
 }
 
-// One at a time, so that one that cannot be read does not hide the others.
 void Checker::CheckContents() {
-    std::vector<std::string> hashes;
+    std::vector<WantedContent> contents;
     std::string last;
     do {
-        hashes.clear();
-        Try(Table(u"content"), [&] { hashes = NextContents(last); });
-        for (const std::string& hash : hashes)
-            Try({MessageNumber::InContent, {HashText(hash)}}, [&] { CheckContent(hash); });
-        if (!hashes.empty())
-            last = hashes.back();
-    } while (!hashes.empty());
+        contents.clear();
+        Try(Table(u"content"), [&] { contents = NextContents(last); });
+        if (m_sql.MayAskAhead())
+            CheckContentsAhead(contents);
+        else
+            // One at a time, so that one that cannot be read does not hide the others.
+            for (const WantedContent& content : contents)
+                CheckContentAlone(content.hash);
+        if (!contents.empty())
+            last = contents.back().hash;
+    } while (!contents.empty());
+}
+
+// In batches; what is not good in one is looked at once more, alone.
+void Checker::CheckContentsAhead(const std::vector<WantedContent>& contents) {
+    m_ahead.Expect(contents);
+    for (std::size_t place = 0; place < contents.size(); ++place)
+        if (!IsGoodAhead(contents[place], place))
+            CheckContentAlone(contents[place].hash);
+    m_ahead.Forget();
+}
+
+bool Checker::IsGoodAhead(const WantedContent& content, std::size_t place) try {
+    const TakenContent taken = m_ahead.Take(m_sql, place);
+    if (!taken.fitsItsHash || static_cast<std::int64_t>(taken.bytes.size()) != content.sizeBytes)
+        return false;
+    ++m_counts.contents;
+    m_counts.bytes += content.sizeBytes;
+    m_contentBytes += content.sizeBytes;
+    return true;
+} catch (const StorageError& error) {
+    if (error.Kind() == Problem::Unreachable)
+        throw;
+    // The transaction has ended with it.
+    m_sql.Rollback();
+    m_sql.BeginRead();
+    return false;
+}
+
+void Checker::CheckContentAlone(const std::string& hash) {
+    Try({MessageNumber::InContent, {HashText(hash)}}, [&] { CheckContent(hash); });
 }
 
 void Checker::CheckContent(const std::string& hash) {

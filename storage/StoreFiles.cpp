@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: MIT
 // Files of kinds.
+#include "storage/FileSending.h"
 #include "storage/Store.h"
 
-#include "platform/host/FileSteps.h"
 #include "platform/text/CaseFold.h"
 #include "platform/text/Numbers.h"
 #include "platform/text/Utf8.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <tuple>
 
@@ -41,55 +40,22 @@ void CheckAgainstStored(const KindKey& kind, const FilesByName& files,
     }
 }
 
-struct SentFile {
-    const Repository::CRepositoryFile* file;
-    const FileRow* old; // null: new
-};
-
-// The contents of files and their hashes, in order; the next ones are hashed meanwhile.
-class Contents {
-public:
-    explicit Contents(const std::vector<SentFile>& files) : m_files(files) {}
-
-    // The next file's bytes, valid until the next call, and their hash.
-    std::pair<std::string_view, std::string> Next() {
-        while (m_begun < m_files.size() && m_begun < m_taken + kAhead)
-            Begin();
-        const std::string_view bytes = m_contents[m_taken++ % m_contents.size()].bytes;
-        return {bytes, m_hashes.Take()};
+// The current files of the kinds; on a server all are asked for at once.
+std::map<KindKey, std::map<CString, FileRow>>
+StoredFilesOf(WriteCall& call, const std::map<KindKey, FilesByName>& kinds) {
+    std::map<KindKey, KindFilesQuery> queries;
+    std::map<KindKey, std::map<CString, FileRow>> stored;
+    for (const auto& [kind, sent] : kinds) {
+        KindFilesQuery query(call.Sql(), kind.first, kind.second);
+        if (call.Sql().MayAskAhead())
+            queries.emplace(kind, std::move(query));
+        else
+            stored[kind] = query.Read();
     }
-
-private:
-    static constexpr std::size_t kAhead = 3;
-    struct Content {
-        std::string buffer;
-        std::string_view bytes;
-    };
-
-    void Begin() {
-        const auto& file = *m_files[m_begun].file;
-        Content& content = m_contents[m_begun++ % m_contents.size()];
-        content.bytes = DecodeContent(file, file.GetOriginId(), content.buffer);
-        m_hashes.Add(content.bytes);
-    }
-
-    const std::vector<SentFile>& m_files;
-    std::size_t m_begun = 0;
-    std::size_t m_taken = 0;
-    std::array<Content, kAhead + 1> m_contents; // those in work and the one that was given out
-    HashAhead m_hashes;                         // ends before them
-};
-
-void AddOrReplace(WriteCall& call, const SentFile& sent, std::string_view bytes,
-                  const std::string& hash) {
-    StopIfInterrupted(*sent.file, sent.file->GetOriginId());
-    const FileRecord record = RecordOf(*sent.file, bytes, hash);
-    if (sent.old && sent.old->record == record)
-        return;
-    KeepContent(call, bytes, record.hash);
-    if (sent.old)
-        EndFile(call, sent.old->id);
-    InsertFile(call, std::nullopt, 0, record);
+    call.TakeTurn();
+    for (auto& [kind, query] : queries)
+        stored[kind] = query.Read();
+    return stored;
 }
 
 // A page that is damaged says nothing to somebody who waits for a file.
@@ -119,6 +85,7 @@ void Store::RegisterContent(std::int32_t contentCode, CStringView kindId,
             m_sql->Query("SELECT id, message_number FROM kind WHERE content_code = $1 "
                          "AND kind_id = $2 AND until_revision IS NULL",
                          {contentCode, ToUtf8(kindId)});
+        call.TakeTurn();
         if (rows->Next()) {
             if (rows->Integer(1) == messageNumber)
                 return;
@@ -135,50 +102,40 @@ void Store::RegisterContent(std::int32_t contentCode, CStringView kindId,
 void Store::AddFiles(const Repository::RepositoryFiles& files) {
     const auto kinds = CheckKindFiles(files, m_options.maxFileBytes);
     WriteCall call = Write("AddRepositoryFiles", SubjectOf(kinds));
-    std::map<KindKey, std::map<CString, FileRow>> stored;
+    const auto stored = StoredFilesOf(call, kinds);
     Refusals refusals;
-    for (const auto& [kind, sent] : kinds) {
-        stored[kind] = KindFiles(*m_sql, kind.first, kind.second);
-        CheckAgainstStored(kind, sent, stored[kind], refusals);
-    }
+    for (const auto& [kind, sent] : kinds)
+        CheckAgainstStored(kind, sent, stored.at(kind), refusals);
     refusals.ThrowIfAny();
     std::vector<SentFile> all;
     for (const auto& [kind, sent] : kinds) {
-        const auto& old = stored[kind];
+        const auto& old = stored.at(kind);
         for (const auto& [folded, file] : sent) {
             const auto found = old.find(folded);
             all.push_back({file, found == old.end() ? nullptr : &found->second});
         }
     }
-    Contents contents(all);
-    for (const SentFile& sent : all) {
-        const auto [bytes, hash] = contents.Next();
-        AddOrReplace(call, sent, bytes, hash);
-        Platform::TellFileStep(Platform::FileStep::Stored);
-    }
+    FileSending(call, all).Run();
     call.Commit();
 }
 
 std::vector<CString> Store::FileIds(std::int32_t contentCode, CStringView kindId) {
+    StoredRecords records = RecordQuery::OfKind(*m_sql, contentCode, kindId).Read();
     // Sorted here and not in SQL, where every engine has an order of its own.
-    std::vector<std::tuple<CString, CString, std::int64_t>> files;
-    const auto rows =
-        m_sql->Query("SELECT name, id FROM stored_file WHERE file_type = $1 AND origin_id = $2 "
-                     "AND holder IS NULL AND until_revision IS NULL",
-                     {contentCode, ToUtf8(kindId)});
-    while (rows->Next()) {
-        CString name = Platform::FromUtf8(rows->Text(0));
-        CString folded = Platform::FoldCase(name);
-        files.emplace_back(std::move(folded), std::move(name), rows->Integer(1));
-    }
-    std::sort(files.begin(), files.end());
+    std::vector<std::pair<CString, StoredRecord*>> byName;
+    for (StoredRecord& stored : records)
+        byName.emplace_back(Platform::FoldCase(stored.record.name), &stored);
+    std::ranges::sort(byName, [](const auto& left, const auto& right) {
+        return std::tie(left.first, left.second->record.name, left.second->id) <
+               std::tie(right.first, right.second->record.name, right.second->id);
+    });
     std::vector<CString> ids;
-    std::vector<std::int64_t> rowIds;
-    for (const auto& [folded, name, id] : files) {
-        ids.push_back(Platform::ToText(id));
-        rowIds.push_back(id);
+    StoredRecords sorted;
+    for (const auto& [folded, stored] : byName) {
+        ids.push_back(Platform::ToText(stored->id));
+        sorted.push_back(std::move(*stored));
     }
-    m_filesAhead.Expect(std::move(rowIds));
+    m_filesAhead.Expect(std::move(sorted));
     return ids;
 }
 

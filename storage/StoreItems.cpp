@@ -6,6 +6,8 @@
 
 #include <boost/make_shared.hpp>
 
+#include <utility>
+
 namespace Storage {
 namespace {
 
@@ -32,17 +34,26 @@ ItemRow ReadItem(SqlRows& rows) {
     return row;
 }
 
-std::optional<ItemRow> FindItem(SqlConnection& sql, CStringView tag, CStringView id) {
-    const auto rows = sql.Query(
-        "SELECT id, position, item_id, name, entity_type, topology_function, topology_type, "
-        "configuration_xml, repository_name, repository_tag FROM repository_item "
-        "WHERE tag = $1 AND item_id = $2 AND until_revision IS NULL",
-        {ToUtf8(tag), ToUtf8(id)});
-    return rows->Next() ? std::optional(ReadItem(*rows)) : std::nullopt;
-}
+// One item, asked for at once and read later.
+class ItemQuery {
+public:
+    ItemQuery(SqlConnection& sql, CStringView tag, CStringView id)
+        : m_rows(sql.Query(
+              "SELECT id, position, item_id, name, entity_type, topology_function, topology_type, "
+              "configuration_xml, repository_name, repository_tag FROM repository_item "
+              "WHERE tag = $1 AND item_id = $2 AND until_revision IS NULL",
+              {ToUtf8(tag), ToUtf8(id)})) {}
+    std::optional<ItemRow> Read() {
+        const auto rows = std::exchange(m_rows, nullptr);
+        return rows->Next() ? std::optional(ReadItem(*rows)) : std::nullopt;
+    }
 
-ItemRow FindItemOrThrow(SqlConnection& sql, CStringView tag, CStringView id) {
-    if (const auto row = FindItem(sql, tag, id))
+private:
+    std::unique_ptr<SqlRows> m_rows;
+};
+
+ItemRow ReadOrThrow(ItemQuery& query, CStringView tag, CStringView id) {
+    if (const auto row = query.Read())
         return *row;
     throw StorageError(Problem::Refused, MessageNumber::NoSuchItem, {CString(id), CString(tag)});
 }
@@ -94,31 +105,42 @@ CString SubjectOf(CStringView tag, CStringView id) {
 } // namespace
 
 std::vector<RepositoryItemPtr> Store::RepositoryItems(CStringView tag) {
-    const ReadTransaction transaction(*m_sql);
     std::vector<RepositoryItemPtr> items;
     FileLists lists;
+    StoredRecords records;
     {
-        const auto rows = m_sql->Query(
+        const ReadTransaction transaction(*m_sql);
+        auto rows = m_sql->Query(
             "SELECT id, position, item_id, name, entity_type, topology_function, topology_type, "
             "configuration_xml, repository_name, repository_tag FROM repository_item "
             "WHERE tag = $1 AND until_revision IS NULL ORDER BY position",
             {ToUtf8(tag)});
+        RecordQuery query = RecordQuery::OfRepositoryItems(*m_sql, tag);
         while (rows->Next()) {
             const ItemRow row = ReadItem(*rows);
             lists[row.id] = row.item->GetFiles();
             items.push_back(row.item);
         }
+        rows.reset();
+        records = query.Read();
     }
-    AttachFiles(FileReader::OfRepositoryItems(*m_sql, tag), lists, m_options.leftOut);
+    AttachFiles(*m_sql, m_heldContents, records, lists, m_options.leftOut);
     return items;
 }
 
 RepositoryItemPtr Store::RepositoryItem(CStringView tag, CStringView id) {
-    const ReadTransaction transaction(*m_sql);
-    const auto row = FindItem(*m_sql, tag, id);
-    if (!row)
-        return {};
-    AttachFiles(FileReader::OfHolder(*m_sql, row->id), {{row->id, row->item->GetFiles()}},
+    std::optional<ItemRow> row;
+    StoredRecords records;
+    {
+        const ReadTransaction transaction(*m_sql);
+        ItemQuery query(*m_sql, tag, id);
+        RecordQuery files = RecordQuery::OfRepositoryItem(*m_sql, tag, id);
+        row = query.Read();
+        if (!row)
+            return {};
+        records = files.Read();
+    }
+    AttachFiles(*m_sql, m_heldContents, records, {{row->id, row->item->GetFiles()}},
                 m_options.leftOut);
     return row->item;
 }
@@ -126,30 +148,39 @@ RepositoryItemPtr Store::RepositoryItem(CStringView tag, CStringView id) {
 void Store::AddRepositoryItem(CStringView tag, CNetRepositoryItem& item) {
     CheckItem(item, tag);
     const CString owner = SubjectOf(tag, item.GetId());
-    const auto held = CheckHeldFiles(*item.GetFiles(), owner, m_options.maxFileBytes);
+    SentFiles sent(CheckHeldFiles(*item.GetFiles(), owner, m_options.maxFileBytes), owner);
     WriteCall call = Write("AddRepositoryItem", owner);
-    const auto old = FindItem(*m_sql, tag, item.GetId());
-    const auto files = KeepContents(call, held, owner);
-    if (old && IsSame(*old->item, item) && HeldRecords(*m_sql, old->id) == files)
+    ItemQuery query(*m_sql, tag, item.GetId());
+    RecordQuery records = RecordQuery::OfRepositoryItem(*m_sql, tag, item.GetId());
+    sent.AskKnown(*m_sql);
+    call.TakeTurn();
+    const auto old = query.Read();
+    if (PlainRecords(records.Read()) == sent.Records() && old && IsSame(*old->item, item))
         return;
-    InsertItem(call, tag, item, files, old);
+    sent.Keep(call);
+    InsertItem(call, tag, item, sent.Records(), old);
     call.Commit();
 }
 
 void Store::RenameRepositoryItem(CStringView tag, CStringView id, CStringView newName) {
     CheckTexts({tag, id, newName}, newName, tag);
     WriteCall call = Write("RenameRepositoryItem", SubjectOf(tag, id));
-    const ItemRow old = FindItemOrThrow(*m_sql, tag, id);
+    ItemQuery query(*m_sql, tag, id);
+    RecordQuery records = RecordQuery::OfRepositoryItem(*m_sql, tag, id);
+    call.TakeTurn();
+    const ItemRow old = ReadOrThrow(query, tag, id);
     if (old.item->GetName() == newName)
         return;
     old.item->SetName(CString(newName).c_str());
-    InsertItem(call, tag, *old.item, HeldRecords(*m_sql, old.id), old);
+    InsertItem(call, tag, *old.item, PlainRecords(records.Read()), old);
     call.Commit();
 }
 
 void Store::DeleteRepositoryItem(CStringView tag, CStringView id) {
     WriteCall call = Write("DeleteRepositoryItem", SubjectOf(tag, id));
-    EndItem(call, FindItemOrThrow(*m_sql, tag, id).id);
+    ItemQuery query(*m_sql, tag, id);
+    call.TakeTurn();
+    EndItem(call, ReadOrThrow(query, tag, id).id);
     call.Commit();
 }
 

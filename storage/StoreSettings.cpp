@@ -7,6 +7,7 @@
 #include "storage/ContentHash.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace Storage {
 namespace {
@@ -19,14 +20,22 @@ struct SettingsRow {
     std::string hash;
 };
 
-std::optional<SettingsRow> FindSettings(SqlConnection& sql, const std::string& name) {
-    const auto rows = sql.Query("SELECT id, hash FROM general_settings "
-                                "WHERE name = $1 AND until_revision IS NULL",
-                                {name});
-    if (!rows->Next())
-        return std::nullopt;
-    return SettingsRow{rows->Integer(0), std::string(rows->Bytes(1))};
-}
+class SettingsQuery {
+public:
+    SettingsQuery(SqlConnection& sql, CStringView name)
+        : m_rows(sql.Query("SELECT id, hash FROM general_settings "
+                           "WHERE name = $1 AND until_revision IS NULL",
+                           {ToUtf8(name)})) {}
+    std::optional<SettingsRow> Read() {
+        const auto rows = std::exchange(m_rows, nullptr);
+        if (!rows->Next())
+            return std::nullopt;
+        return SettingsRow{rows->Integer(0), std::string(rows->Bytes(1))};
+    }
+
+private:
+    std::unique_ptr<SqlRows> m_rows;
+};
 
 // What the user calls them; the default ones have no name.
 CString OwnerName(CStringView name) {
@@ -53,13 +62,21 @@ std::vector<CString> Store::GeneralSettingsNames() {
 
 std::optional<GeneralSettings> Store::LoadGeneralSettings(CStringView name) {
     const ReadTransaction transaction(*m_sql);
-    const auto row = FindSettings(*m_sql, ToUtf8(name));
-    if (!row)
+    SettingsQuery query(*m_sql, name);
+    RecordQuery records = RecordQuery::OfSettings(*m_sql, name);
+    auto text = m_sql->Query("SELECT g.hash, c.size_bytes, c.bytes FROM general_settings g "
+                             "LEFT JOIN content c ON c.hash = g.hash "
+                             "WHERE g.name = $1 AND g.until_revision IS NULL",
+                             {ToUtf8(name)});
+    if (!query.Read())
         return std::nullopt;
+    StoredRecords files = records.Read();
     GeneralSettings settings;
-    settings.xml = FromUtf8(ReadContent(*m_sql, row->hash, CString(name), OwnerName({})));
-    for (const FileRow& file : HeldFiles(*m_sql, row->id))
+    settings.xml = FromUtf8(ReadContent(*text, CString(name), OwnerName({})));
+    text.reset();
+    for (const StoredRecord& file : files)
         settings.fileIds.push_back(Platform::ToText(file.id));
+    m_filesAhead.Expect(std::move(files));
     return settings;
 }
 
@@ -67,15 +84,19 @@ void Store::SaveGeneralSettings(CStringView xml, const Repository::RepositoryFil
                                 CStringView name) {
     const CString owner = OwnerName(name);
     CheckTexts({xml, name}, name, OwnerName({}));
-    const auto held = CheckHeldFiles(files, owner, m_options.maxFileBytes);
+    SentFiles sent(CheckHeldFiles(files, owner, m_options.maxFileBytes), owner);
     const std::string bytes = ToUtf8(xml);
     const std::string hash = ContentHash(bytes);
     WriteCall call = Write("SaveGS", name);
-    const auto old = FindSettings(*m_sql, ToUtf8(name));
-    const auto records = KeepContents(call, held, owner);
-    if (old && old->hash == hash && HeldRecords(*m_sql, old->id) == records)
+    SettingsQuery query(*m_sql, name);
+    RecordQuery records = RecordQuery::OfSettings(*m_sql, name);
+    sent.AskKnown(*m_sql, hash);
+    call.TakeTurn();
+    const auto old = query.Read();
+    if (PlainRecords(records.Read()) == sent.Records() && old && old->hash == hash)
         return;
-    KeepContent(call, bytes, hash);
+    sent.Keep(call);
+    call.KeepContent(bytes, hash, sent.IsAlsoKnown());
     if (old)
         EndSettings(call, old->id);
     const std::int64_t id = call.NewId();
@@ -83,7 +104,7 @@ void Store::SaveGeneralSettings(CStringView xml, const Repository::RepositoryFil
                    "VALUES ($1, $2, $3, $4, $5)",
                    {id, ToUtf8(name), static_cast<std::int64_t>(bytes.size()), SqlBytes(hash),
                     call.Revision()});
-    InsertHeldFiles(call, id, records);
+    InsertHeldFiles(call, id, sent.Records());
     call.Commit();
 }
 

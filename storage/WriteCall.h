@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <string>
+#include <unordered_set>
 
 namespace Storage {
 
@@ -20,7 +21,8 @@ struct Stamp {
 
 class WriteCall {
 public:
-    // Waits until no other writer is left.  `operation` and `subject` say what is done.
+    // Asks for the turn and waits for nothing: what else has to be asked goes out with it.
+    // `operation` and `subject` say what is done.
     WriteCall(SqlConnection& sql, const Stamp& stamp, std::string_view operation,
               CStringView subject);
     // Without Commit nothing has happened.
@@ -30,15 +32,21 @@ public:
 
     SqlConnection& Sql() { return m_sql; }
 
+    // Waits until no other writer is left.  To be called before any other answer is read.
+    void TakeTurn();
+
     // The number of this operation's revision, which the first call makes.
     std::int64_t Revision();
     // A row id that the repository never had.
-    std::int64_t NewId() { return ++m_lastId; }
-    void CountContent(std::size_t sizeBytes) { m_contentBytes += std::int64_t(sizeBytes); }
+    std::int64_t NewId();
+    // Adds a content unless it is known or was added by this call.
+    void KeepContent(std::string_view bytes, const std::string& hash, bool isKnown);
 
     void Commit();
 
 private:
+    std::unique_ptr<SqlRows> m_head; // until it is this call's turn
+    std::unordered_set<std::string> m_kept;
     SqlConnection& m_sql;
     Stamp m_stamp;
     std::string m_operation;

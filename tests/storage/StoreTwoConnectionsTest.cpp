@@ -28,7 +28,7 @@ TEST_P(StoreTwoConnections, AReaderSeesNothingOfACallThatIsNotFinishedAndDoesNot
     store->AddFiles({MakeFile(u"a.dwg", "old")});
     auto& writing = other->Connection();
     WriteCall call(writing, stamp, "half", u"a call");
-    KeepContent(call, "half", ContentHash("half"));
+    call.KeepContent("half", ContentHash("half"), false);
     EndFile(call, 1);
     EndFile(call, 2);
     EXPECT_EQ(store->FileIds(4, u"001_LABEL").size(), 1u);
