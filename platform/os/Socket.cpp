@@ -12,4 +12,9 @@ bool WaitForSocket(int descriptor, SocketWait wait, int milliseconds) {
     return ::poll(&poll, 1, milliseconds) > 0;
 }
 
+bool IsSocketClosed(int descriptor) {
+    pollfd poll{descriptor, POLLRDHUP, 0};
+    return ::poll(&poll, 1, 0) > 0;
+}
+
 } // namespace Platform

@@ -163,6 +163,8 @@ Session PostgresConnection::SetUp() {
         SetSession(Keep::Nothing, 0);
     if (IsTold())
         m_pipeline.Send("LISTEN zebx", {}, Keep::Nothing);
+    // Else it would belong to the first transaction, and be undone with that.
+    m_pipeline.Sync();
     return session;
 }
 

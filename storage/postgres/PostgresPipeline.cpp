@@ -97,6 +97,8 @@ bool PostgresPipeline::IsAlive() {
             break;
         m_isLost = !PQconsumeInput(Handle());
     }
+    // What comes still is not waited for when it is the end.
+    m_isLost = m_isLost || Platform::IsSocketClosed(PQsocket(Handle()));
     return !m_isLost && PQstatus(Handle()) == CONNECTION_OK;
 }
 
