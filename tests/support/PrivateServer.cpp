@@ -18,7 +18,7 @@ namespace {
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 
-constexpr std::size_t kMaxSocketFolder = 80;
+constexpr std::size_t kMaxSocketFolder = 80; // a socket's path has at most 107 bytes
 constexpr int kTries = 5;
 
 std::string FolderOfPrograms() {
@@ -40,32 +40,18 @@ std::string Program(const std::string& name) {
     return folder + "/" + name;
 }
 
-// A Unix socket's path has at most 107 bytes.
-fs::path NewFolder() {
-    fs::path parent = fs::temp_directory_path();
-    if (parent.string().size() > kMaxSocketFolder)
-        parent = "/tmp";
-    std::string name = (parent / "zebx-pg-XXXXXX").string();
-    if (!mkdtemp(name.data()))
-        throw std::runtime_error("cannot create " + name);
-    // Ordinary users of a test come to the socket, too.
-    fs::permissions(name, fs::perms(0755));
-    GiveToServerUser(name);
-    return name;
-}
-
 fs::path Template() {
-    return fs::path(ZEBX_BUILD_DIR) / "test-server" / ("initdb-" + std::to_string(ServerUser()));
+    return fs::path(ZEBX_BUILD_DIR) / "test-server" / ("data-" + std::to_string(ServerUser()));
 }
 
 // What initdb makes is the same for all servers, and takes a second.
 void MakeTemplate() {
     if (fs::exists(Template()))
         return;
-    const fs::path folder = NewFolder();
+    const fs::path folder = NewServerFolder();
     const std::string data = folder / "data";
     RunServerProgram({Program("initdb"), "--no-sync", "--pgdata=" + data, "--username=postgres",
-                      "--auth=trust", "--encoding=UTF8", "--locale=C.UTF-8",
+                      "--auth=trust", "--data-checksums", "--encoding=UTF8", "--locale=C.UTF-8",
                       "--locale-provider=icu", "--icu-locale=hr"});
     RunServerProgram({Program("postgres"), "--single", "-F", "-D", data, "postgres"},
                      "CREATE ROLE keeper LOGIN CREATEROLE\n"
@@ -97,6 +83,19 @@ void RemoveSharedMemory(const fs::path& data) {
 }
 
 } // namespace
+
+fs::path NewServerFolder() {
+    fs::path parent = fs::temp_directory_path();
+    if (parent.string().size() > kMaxSocketFolder)
+        parent = "/tmp";
+    std::string name = (parent / "zebx-pg-XXXXXX").string();
+    if (!mkdtemp(name.data()))
+        throw std::runtime_error("cannot create " + name);
+    // Ordinary users of a test come to the socket, too.
+    fs::permissions(name, fs::perms(0755));
+    GiveToServerUser(name);
+    return name;
+}
 
 std::string EncodedForUri(const std::string& value) {
     static const char* const digits = "0123456789ABCDEF";
@@ -141,7 +140,7 @@ std::string PrivateServer::WhyNot() {
 }
 
 PrivateServer::PrivateServer(ServerOptions options)
-    : m_options(std::move(options)), m_folder(NewFolder()) {
+    : m_options(std::move(options)), m_folder(NewServerFolder()) {
     try {
         MakeData();
         bool starts = false;
@@ -201,9 +200,13 @@ void PrivateServer::ChoosePort() {
     GiveToServerUser(Data());
 }
 
-bool PrivateServer::TryToStart() {
+void PrivateServer::Launch() {
     m_process = std::make_unique<ServerProcess>(Words{Program("postgres"), "-D", Data().string()},
                                                 m_folder / "log");
+}
+
+bool PrivateServer::TryToStart() {
+    Launch();
     return WaitUntilItAnswers();
 }
 
@@ -223,6 +226,13 @@ void PrivateServer::Start() {
     for (int left = kTries; !TryToStart(); --left)
         if (left == 1)
             throw std::runtime_error("the server does not start again: " + Log());
+}
+
+void PrivateServer::StartToListen() {
+    Launch();
+    while (PQping(Uri("postgres", {}, "postgres").c_str()) == PQPING_NO_RESPONSE &&
+           m_process->IsRunning())
+        std::this_thread::sleep_for(20ms);
 }
 
 void PrivateServer::Stop() {

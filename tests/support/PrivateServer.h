@@ -18,10 +18,10 @@
 #include <string>
 
 struct ServerOptions {
-    Words settings;                         // lines of postgresql.conf
-    std::string access = "trust";           // the last word of the lines of pg_hba.conf
-    std::filesystem::path certificate, key; // with both it speaks TLS too
-    std::string upstream;                   // a URI: it is a standby of that server
+    Words settings = {};                              // lines of postgresql.conf
+    std::string access = "trust";                     // the last word of the lines of pg_hba.conf
+    std::filesystem::path certificate = {}, key = {}; // with both it speaks TLS too
+    std::string upstream = {};                        // a URI: it is a standby of that server
 };
 
 class PrivateServer {
@@ -37,6 +37,8 @@ public:
 
     // Each waits until it is so.
     void Start();
+    // Until it says at least that it is starting.
+    void StartToListen();
     // Ends the sessions, too.
     void Stop();
     // As a machine that loses its power.
@@ -72,6 +74,7 @@ public:
 private:
     void MakeData() const;
     void ChoosePort();
+    void Launch();
     bool TryToStart();
     bool WaitUntilItAnswers();
 
@@ -83,6 +86,9 @@ private:
 
 // "%2F" for "/": a value as it stands in a URI.
 std::string EncodedForUri(const std::string& value);
+// A temporary folder that everybody can reach, of the server's user, with a name short enough for
+// a Unix socket in it.
+std::filesystem::path NewServerFolder();
 // A port of 127.0.0.1 that nobody uses at the moment.
 int FreePort();
 // Runs statements at a URI; throws the server's words.

@@ -6,9 +6,11 @@
 #include <fcntl.h>
 #include <fstream>
 #include <grp.h>
+#include <poll.h>
 #include <sstream>
 #include <stdexcept>
 #include <sys/prctl.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -79,6 +81,13 @@ std::vector<pid_t> ChildrenOf(pid_t parent) {
     return children;
 }
 
+// Its sockets are closed then.
+void WaitForEnd(int process) {
+    pollfd end{process, POLLIN, 0};
+    while (poll(&end, 1, -1) < 0) {
+    }
+}
+
 } // namespace
 
 uid_t ServerUser() {
@@ -137,9 +146,17 @@ void ServerProcess::SignalAll(int signal) const {
         return;
     // It starts no other ones from here on.
     kill(m_id, SIGSTOP);
-    for (const pid_t child : ChildrenOf(m_id))
+    std::vector<int> children;
+    for (const pid_t child : ChildrenOf(m_id)) {
+        children.push_back(static_cast<int>(syscall(SYS_pidfd_open, child, 0)));
         kill(child, signal);
+    }
     kill(m_id, signal);
+    for (const int child : children) {
+        if (child >= 0 && signal == SIGKILL)
+            WaitForEnd(child);
+        close(child);
+    }
 }
 
 void ServerProcess::Wait() {

@@ -31,7 +31,8 @@ public:
     pid_t Id() const { return m_id; }
     bool IsRunning();
     void Signal(int signal) const;
-    // The same for the process and all that it started, none of them running meanwhile.
+    // The same for the process and all that it started; those that are killed are gone then, the
+    // first one but for Wait.
     void SignalAll(int signal) const;
     void Wait();
 
