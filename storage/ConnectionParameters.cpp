@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "storage/ConnectionParameters.h"
 
+#include "platform/os/FreeName.h"
 #include "storage/ConnectionTrial.h"
 
 namespace Storage {
@@ -18,8 +19,10 @@ CString ConnectionParameters::DefaultAddress() try {
 }
 
 std::vector<ConnectionStep> ConnectionParameters::Test(const Connection& connection) try {
-    return TestConnection(connection,
-                          [this](const Message& message) { return m_access.TextOf(message); });
+    return TestConnection(
+        connection,
+        [this](CStringView text) { return m_access.PlaceOf(text, Platform::CurrentFolder()); },
+        [this](const Message& message) { return m_access.TextOf(message); });
 } catch (...) {
     return {};
 }

@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "storage/ConnectionTrial.h"
 
-#include "platform/os/Environment.h"
 #include "platform/os/File.h"
 #include "platform/os/FileSystem.h"
-#include "platform/os/FreeName.h"
 #include "platform/os/Path.h"
 #include "platform/text/Numbers.h"
 #include "platform/text/Utf8.h"
 #include "storage/Engine.h"
+#include "storage/Schema.h"
 #include "storage/Store.h"
 #include "storage/sqlite/SqliteError.h"
 
@@ -26,11 +25,14 @@ public:
 
     // What an engine knows of its addresses comes first and ends with an open repository, or
     // with none where one would be made; the rest is the same for every engine.
-    void Run(const Connection& connection) {
-        const Address address = Understand(connection.address);
-        if (auto sql = Open(address, connection.create))
+    void Run(const Connection& connection, const std::function<Address(CStringView)>& placeOf) {
+        const Address address = placeOf(connection.address);
+        Worked(MessageNumber::AddressUnderstood, {address.Text()});
+        if (auto sql = address.IsServer() ? OpenOnServer(address, connection.create)
+                                          : Open(address, connection.create))
             LookInto(std::move(sql));
-        WarnOfNetwork(address.path);
+        if (!address.IsServer())
+            WarnOfNetwork(address.path);
     }
     void Tell(StepResult result, const Message& message) {
         m_steps.push_back({result, m_textOf(message)});
@@ -41,22 +43,17 @@ private:
     void Worked(MessageNumber number, std::vector<CString> values = {}) {
         Tell(StepResult::Worked, {number, std::move(values)});
     }
-    Address Understand(CStringView text);
     std::unique_ptr<SqlConnection> Open(const Address& address, bool create);
     std::unique_ptr<SqlConnection> OpenWhatIsThere(const Address& address);
+    std::unique_ptr<SqlConnection> OpenOnServer(const Address& address, bool create);
+    void TellServer(const ServerConnection& server);
+    void TellRights(SqlConnection& sql);
     void LookInto(std::unique_ptr<SqlConnection> sql);
     void WarnOfNetwork(const CString& path);
 
     const std::function<CString(const Message&)>& m_textOf;
     std::vector<ConnectionStep> m_steps;
 };
-
-Address Trial::Understand(CStringView text) {
-    Address address =
-        text.empty() ? DefaultAddress() : ParseAddress(text, Platform::CurrentFolder());
-    Worked(MessageNumber::AddressUnderstood, {address.Text()});
-    return address;
-}
 
 std::unique_ptr<SqlConnection> Trial::Open(const Address& address, bool create) {
     if (!create || Platform::PathExists(address.path))
@@ -80,13 +77,57 @@ std::unique_ptr<SqlConnection> Trial::OpenWhatIsThere(const Address& address) {
     }
 }
 
+std::unique_ptr<SqlConnection> Trial::OpenOnServer(const Address& address, bool create) {
+    try {
+        auto sql = LookIntoRepository(address);
+        TellServer(sql->DescribeServer());
+        return sql;
+    } catch (const StorageError& error) {
+        if (!create || error.Kind() != Problem::Missing)
+            throw;
+        CheckMayCreate(address);
+        Worked(MessageNumber::WouldBeMadeThere, {address.Text()});
+        return nullptr;
+    }
+}
+
+// What goes to this computer's own server nobody else can read on its way.
+bool IsThisComputer(const CString& server) {
+    const auto begins = [&](CStringView with) { return server.substr(0, with.size()) == with; };
+    return begins(u"/") || begins(u"localhost:") || begins(u"127.") || begins(u"::1:");
+}
+
+void Trial::TellServer(const ServerConnection& server) {
+    Worked(MessageNumber::ServerReached, {server.server, server.database});
+    if (!server.encryption.empty())
+        Worked(MessageNumber::Encrypted, {server.encryption});
+    else if (!IsThisComputer(server.server))
+        Tell(StepResult::Warning, {MessageNumber::NotEncrypted, {}});
+}
+
+void Trial::TellRights(SqlConnection& sql) {
+    const ServerConnection server = sql.DescribeServer();
+    if (sql.MayWrite())
+        Worked(MessageNumber::ReadAndWrite);
+    else if (server.isStandby)
+        Worked(MessageNumber::IsStandby);
+    else if (!server.server.empty())
+        Worked(MessageNumber::ReadOnlyThere, {server.user});
+    else
+        Worked(MessageNumber::ReadOnly);
+    if (server.isPooled)
+        Worked(MessageNumber::IsPooled);
+}
+
 void Trial::LookInto(std::unique_ptr<SqlConnection> sql) {
     Store store(std::move(sql), {});
     RepositoryState state;
     store.ReadState(state);
     Worked(MessageNumber::Opened, {ToText(state.schemaVersion), store.Connection().EngineName()});
     Worked(MessageNumber::Holds, {ToText(state.revision), ToText(state.files)});
-    Worked(store.Connection().MayWrite() ? MessageNumber::ReadAndWrite : MessageNumber::ReadOnly);
+    if (state.schemaVersion < kSchemaVersion)
+        Tell(StepResult::Warning, OldTables(store.Connection().Name(), state.schemaVersion));
+    TellRights(store.Connection());
 }
 
 void Trial::WarnOfNetwork(const CString& path) {
@@ -101,10 +142,11 @@ void Trial::WarnOfNetwork(const CString& path) {
 } // namespace
 
 std::vector<ConnectionStep> TestConnection(const Connection& connection,
+                                           const std::function<Address(CStringView)>& placeOf,
                                            const std::function<CString(const Message&)>& textOf) {
     Trial trial(textOf);
     try {
-        trial.Run(connection);
+        trial.Run(connection, placeOf);
     } catch (const StorageError& error) {
         for (const Message& message : error.Messages())
             trial.Tell(StepResult::Failed, message);

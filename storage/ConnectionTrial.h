@@ -3,15 +3,17 @@
 #pragma once
 
 #include "ZEBXRepositoryStorage/ConnectionWindow.h"
+#include "storage/Address.h"
 #include "storage/Messages.h"
 
 #include <functional>
 
 namespace Storage {
 
-// See IConnectionParameters::Test.  `textOf` gives a message in the user's language.  Throws
-// nothing of the storage's own.
+// See IConnectionParameters::Test.  `placeOf` reads an address (RepositoryAccess::PlaceOf),
+// `textOf` gives a message in the user's language.  Throws nothing of the storage's own.
 std::vector<ConnectionStep> TestConnection(const Connection& connection,
+                                           const std::function<Address(CStringView)>& placeOf,
                                            const std::function<CString(const Message&)>& textOf);
 
 } // namespace Storage

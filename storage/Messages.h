@@ -29,7 +29,6 @@ enum class MessageNumber : int {
     ChangesLeft = 20024, // path, path of the file that is left
 
     // Addresses and settings.
-    NoServerEngine = 20030,
     UnknownEngine = 20031, // scheme
     NotAnAddress = 20032,
     RelativeAddress = 20033,
@@ -172,8 +171,7 @@ enum class MessageNumber : int {
     ServerReached = 20371,    // server, database
     Encrypted = 20372,        // how
     NotEncrypted = 20373,     // (nothing)
-    WouldBeMadeThere = 20374, // schema, database
-    NotThereOnServer = 20375, // address
+    WouldBeMadeThere = 20374, // address
     ReadOnlyThere = 20376,    // user
     IsStandby = 20377,        // (nothing)
     IsPooled = 20378,         // (nothing)

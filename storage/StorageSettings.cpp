@@ -28,8 +28,9 @@ std::string_view Trimmed(std::string_view text) {
     return text.substr(from, text.find_last_not_of(kBlanks) - from + 1);
 }
 
-// The value of a line "address = value" that is acceptable.
-std::optional<CString> AddressOfLine(std::string_view line) {
+// The value of a line "address = value" that is acceptable; else `reasons` tell why the value is
+// not, if it came to that.
+std::optional<CString> AddressOfLine(std::string_view line, std::vector<Message>& reasons) {
     const std::size_t equals = line.find('=');
     if (equals == std::string_view::npos || Trimmed(line.substr(0, equals)) != "address")
         return std::nullopt;
@@ -37,7 +38,8 @@ std::optional<CString> AddressOfLine(std::string_view line) {
     try {
         if (!address.empty())
             ParseAddress(address, {});
-    } catch (const StorageError&) {
+    } catch (const StorageError& error) {
+        reasons = error.Messages();
         return std::nullopt;
     }
     return address;
@@ -54,10 +56,13 @@ CString ReadAddress(std::string_view text, const CString& file) {
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
         if (line.empty() || line.front() == '#')
             continue;
-        const std::optional<CString> value = AddressOfLine(line);
-        if (!value || address)
-            throw StorageError(Problem::Configuration, MessageNumber::SettingsLine,
-                               {file, Platform::ToText(number)});
+        std::vector<Message> messages;
+        const std::optional<CString> value = AddressOfLine(line, messages);
+        if (!value || address) {
+            messages.insert(messages.begin(),
+                            {MessageNumber::SettingsLine, {file, Platform::ToText(number)}});
+            throw StorageError(Problem::Configuration, std::move(messages));
+        }
         address = value;
     }
     // Always written, so a file without it has lost its end.

@@ -18,7 +18,7 @@ public:
         Set("XDG_CONFIG_HOME", (m_folder.Native() / "config").string());
         Set("XDG_DATA_HOME", (m_folder.Native() / "data").string());
         Set("XDG_STATE_HOME", (m_folder.Native() / "state").string());
-        for (const char* name : {"ZEBX_CONFIG", "ZEBX_SUPPORT", "ZEBX_TRACE"})
+        for (const char* name : {"ZEBX_CONFIG", "ZEBX_SCHEMA", "ZEBX_SUPPORT", "ZEBX_TRACE"})
             Set(name, std::nullopt);
         Platform::UserSettings::Instance()->Reset();
     }
