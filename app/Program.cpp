@@ -6,6 +6,7 @@
 #include "app/Print.h"
 #include "app/Report.h"
 #include "app/SettingsInForce.h"
+#include "app/StoragePlugin.h"
 
 #include "platform/os/Environment.h"
 #include "platform/text/Numbers.h"
@@ -89,6 +90,8 @@ ExitStatus RunVerb(const Invocation& invocation, std::istream& in, std::ostream&
     const SinkGuard keeping(keeper);
     const SinkGuard logging(boost::make_shared<CWsLogFile>(
         UserSettings::Instance()->Get(Platform::Setting::WorkspaceLog).value));
+    NameApplication(u"zebx " + Platform::FromUtf8(ZEBX_VERSION) + u" " +
+                    Platform::FromUtf8(invocation.verb->name));
     Session session{in, out, *terminal, *counter, report.result};
     try {
         return invocation.verb->run(session, invocation);

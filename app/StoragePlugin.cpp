@@ -14,6 +14,11 @@
 namespace App {
 namespace {
 
+CString& ApplicationName() {
+    static CString name;
+    return name;
+}
+
 template<typename Function>
 Function ExportOf(Platform::ModuleHandle module, const char* name) {
     return reinterpret_cast<Function>(Platform::FindExport(module, name));
@@ -34,9 +39,15 @@ void TryFile(const CString& name, StoragePlugin& plugin) {
         module, "GetRepositoryAdministration");
     plugin.file = name;
     plugin.administration = administration ? administration() : nullptr;
+    if (plugin.administration && !ApplicationName().empty())
+        plugin.administration->SetApplication(ApplicationName());
 }
 
 } // namespace
+
+void NameApplication(const CString& name) {
+    ApplicationName() = name;
+}
 
 StoragePlugin FindStoragePlugin() {
     StoragePlugin plugin;

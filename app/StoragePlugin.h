@@ -24,6 +24,10 @@ struct StoragePlugin {
     Storage::RepositoryAdministration* administration = nullptr;
 };
 
+// What the program is about to do ("zebx 1.2.3 push"), for the server's list of sessions; told to
+// each plug-in that is found from then on.
+void NameApplication(const CString& name);
+
 // Searches as the manager does, in the same order: the last one wins.  Loads modules that
 // are loaded already, so it is cheap behind the manager's first call.
 StoragePlugin FindStoragePlugin();

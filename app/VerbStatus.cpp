@@ -22,8 +22,8 @@ public:
     Facts() {
         for (const char* field :
              {"program", "installation", "support", "settings", "language", "plugin", "repository",
-              "engine", "reachable", "mayWrite", "revision", "revisionTime", "revisionUser",
-              "files", "contentBytes"})
+              "engine", "server", "reachable", "mayWrite", "revision", "revisionTime",
+              "revisionUser", "files", "contentBytes"})
             m_json[field] = nullptr;
     }
 
@@ -34,6 +34,8 @@ public:
     void Add(Message label, const CString& text, const char* field) {
         Add(label, text, field, Json(text));
     }
+    // A part of the fact before it.
+    void AddLine(Message label, const CString& text) { m_facts.emplace_back(Text(label), text); }
     // Something beside the text of another fact.
     void AddField(const char* field, const Json& value) { m_json[field] = value; }
 
@@ -85,6 +87,36 @@ void AddRevision(Facts& facts, const Storage::RepositoryState& state) {
     facts.AddField("revisionUser", OrNull(state.revisionUser));
 }
 
+CString WithNotes(const CString& server, const Storage::ServerConnection& connection) {
+    CString text = server;
+    if (connection.isStandby)
+        text += u" (" + Text(Message::OnStandby) + u")";
+    if (connection.isPooled)
+        text += u" (" + Text(Message::ThroughPooler) + u")";
+    return text;
+}
+
+void AddServer(Facts& facts, const Storage::ServerConnection& connection) {
+    if (connection.server.empty())
+        return;
+    const CString& encryption = connection.encryption;
+    facts.Add(Message::LabelServer, WithNotes(connection.server, connection), "server",
+              {{"server", connection.server},
+               {"database", connection.database},
+               {"schema", connection.schema},
+               {"user", connection.user},
+               {"encryption", OrNull(encryption)},
+               {"application", connection.application},
+               {"isStandby", connection.isStandby},
+               {"isPooled", connection.isPooled}});
+    facts.AddLine(Message::LabelDatabase, connection.database);
+    facts.AddLine(Message::LabelSchema, connection.schema);
+    facts.AddLine(Message::LabelServerUser, connection.user);
+    facts.AddLine(Message::LabelEncryption,
+                  encryption.empty() ? Text(Message::NotEncrypted) : encryption);
+    facts.AddLine(Message::LabelApplication, connection.application);
+}
+
 // Gives what the administration said, so that a problem which passed meanwhile is told too.
 Storage::RepositoryState AddRepository(Facts& facts, const OpenStorage& storage) {
     auto* administration = storage.plugin.administration;
@@ -96,6 +128,7 @@ Storage::RepositoryState AddRepository(Facts& facts, const OpenStorage& storage)
         facts.Add(Message::LabelRepository, state.address, "repository");
         if (!state.engine.empty())
             facts.Add(Message::LabelEngine, state.engine, "engine");
+        AddServer(facts, state.server);
     }
     facts.Add(Message::LabelReachable, YesOrNo(reachable), "reachable", reachable);
     if (!reachable)

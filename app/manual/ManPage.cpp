@@ -33,6 +33,7 @@ constexpr Line kStatuses[] = {
 constexpr Line kVariables[] = {
     {"ZEBX_CONFIG, ZEBX_INSTALL, ZEBX_SUPPORT, ZEBX_LANGUAGE",
      "as the options --config, --install, --support and --language, which win over them"},
+    {"ZEBX_SCHEMA", "the schema of repositories on a server, where their address names none"},
     {"ZEBX_TRACE", "on or off: whether the modules write a trace for developers"},
     {"NO_COLOR", "when set, no colours are used"},
     {"XDG_CONFIG_HOME, XDG_DATA_HOME, XDG_STATE_HOME",
