@@ -115,9 +115,11 @@ int FreePort() {
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     socklen_t size = sizeof address;
-    bind(listener, reinterpret_cast<sockaddr*>(&address), size);
-    getsockname(listener, reinterpret_cast<sockaddr*>(&address), &size);
+    auto* any = reinterpret_cast<sockaddr*>(&address);
+    const bool found = bind(listener, any, size) == 0 && getsockname(listener, any, &size) == 0;
     close(listener);
+    if (!found)
+        throw std::runtime_error("no free port");
     return ntohs(address.sin_port);
 }
 

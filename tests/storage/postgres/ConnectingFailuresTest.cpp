@@ -32,8 +32,9 @@ public:
         address.sin_family = AF_INET;
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
         address.sin_port = htons(static_cast<std::uint16_t>(port));
-        bind(m_socket, reinterpret_cast<sockaddr*>(&address), sizeof address);
-        listen(m_socket, 8);
+        if (bind(m_socket, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 ||
+            listen(m_socket, 8) != 0)
+            throw std::runtime_error("nobody can listen at the port");
     }
     ~SilentServer() { close(m_socket); }
     SilentServer(const SilentServer&) = delete;
