@@ -170,10 +170,12 @@ void CheckValue(const Option& option, const CString& value, const Verb* verb) {
 void CheckWords(const std::vector<CString>& words, const Verb& verb) {
     const std::size_t most = verb.words == Words::Any    ? words.size()
                              : verb.words == Words::None ? 0
+                             : verb.words == Words::Two  ? 2
                                                          : 1;
+    const std::size_t least = verb.words == Words::One || verb.words == Words::Two ? most : 0;
     if (words.size() > most)
         Refuse(Text(Message::OneWordTooMany, {words[most]}), verb.name);
-    if (verb.words == Words::One && words.empty())
+    if (words.size() < least)
         Refuse(Text(Message::WordMissing,
                     {Platform::FromUtf8(verb.name), Platform::FromUtf8(verb.wordsName)}),
                verb.name);

@@ -345,6 +345,24 @@ enum class Message : int {
     ExampleDialogHr = 21963,
     NoLogWindow = 21964,
 
+    // repo copy, repo export, repo import
+    SummaryRepoCopy = 21300,
+    DetailsRepoCopy = 21301,
+    ExampleRepoCopy = 21302,
+    SummaryRepoExport = 21303,
+    DetailsRepoExport = 21304,
+    ExampleRepoExport = 21305,
+    SummaryRepoImport = 21306,
+    DetailsRepoImport = 21307,
+    ExampleRepoImport = 21308,
+    CopyMade = 21990,
+    Copied = 21991,
+    CopyIsWhole = 21992,
+    CopyIsPart = 21993,
+    ProgressCopied = 21994,
+    ProgressCompared = 21995,
+    AddressForFile = 21996,
+
     // Help
     HelpProgram = 21200,
     HelpExamples = 21201,

@@ -42,7 +42,7 @@ struct Example {
 };
 
 // How many words a verb takes.
-enum class Words { None, OneOrNone, One, Any };
+enum class Words { None, OneOrNone, One, Two, Any };
 
 struct Verb {
     const char* name; // one word or, in a group, two: "repo check"
@@ -83,6 +83,9 @@ ExitStatus RunRepoCreate(Session& session, const Invocation& invocation);
 ExitStatus RunRepoGrant(Session& session, const Invocation& invocation);
 ExitStatus RunRepoUsers(Session& session, const Invocation& invocation);
 ExitStatus RunRepoUpgrade(Session& session, const Invocation& invocation);
+ExitStatus RunRepoCopy(Session& session, const Invocation& invocation);
+ExitStatus RunRepoExport(Session& session, const Invocation& invocation);
+ExitStatus RunRepoImport(Session& session, const Invocation& invocation);
 ExitStatus RunItems(Session& session, const Invocation& invocation);
 ExitStatus RunLs(Session& session, const Invocation& invocation);
 ExitStatus RunCatalogue(Session& session, const Invocation& invocation);

@@ -4,10 +4,26 @@
 #include "platform/os/FreeName.h"
 #include "platform/text/Utf8.h"
 #include "storage/ContentHash.h"
+#include "storage/RepositoryCopy.h"
 #include "storage/Schema.h"
 #include "storage/postgres/PostgresRights.h"
 
 namespace Storage {
+namespace {
+
+std::unique_ptr<SqlConnection> OpenOrCreate(const Address& address, bool& isNew) {
+    try {
+        return OpenRepository(address);
+    } catch (const StorageError& error) {
+        if (error.Kind() != Problem::Missing)
+            throw;
+    }
+    CreateRepository(address);
+    isNew = true;
+    return OpenRepository(address);
+}
+
+} // namespace
 
 // Runs `work`; what it throws becomes the problem and its text.
 template<typename Work>
@@ -133,8 +149,18 @@ Problem Administration::Users(std::vector<RepositoryUser>& users, CString& probl
     return Try(problemText, [&] { users = UsersOf(m_access->Use().Connection()); });
 }
 
-Problem Administration::Copy(CStringView, CStringView, const TellCopied&, CopyCounts&, CString&) {
-    return Problem::Internal;
+Problem Administration::Copy(CStringView from, CStringView to, const TellCopied& tell,
+                             CopyCounts& counts, CString& problemText) {
+    counts = {};
+    return Try(problemText, [&] {
+        const Address original = m_access->AddressOf(from);
+        const Address copy = m_access->AddressOf(to);
+        if (original.Text() == copy.Text())
+            throw StorageError(Problem::Refused, MessageNumber::CopyOntoItself, {copy.Text()});
+        const auto source = OpenRepository(original);
+        const auto target = to.empty() ? OpenRepository(copy) : OpenOrCreate(copy, counts.isNew);
+        CopyRepository(*source, *target, tell, counts);
+    });
 }
 
 } // namespace Storage

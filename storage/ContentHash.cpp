@@ -23,6 +23,30 @@ std::string ContentHash(std::string_view bytes) {
     return {reinterpret_cast<const char*>(digest), size};
 }
 
+RunningHash::RunningHash() : m_context(EVP_MD_CTX_new()) {
+    if (!m_context || EVP_DigestInit_ex(m_context, EVP_sha256(), nullptr) != 1) {
+        EVP_MD_CTX_free(m_context);
+        ThrowCryptoFailure();
+    }
+}
+
+RunningHash::~RunningHash() {
+    EVP_MD_CTX_free(m_context);
+}
+
+void RunningHash::Add(std::string_view bytes) {
+    if (EVP_DigestUpdate(m_context, bytes.data(), bytes.size()) != 1)
+        ThrowCryptoFailure();
+}
+
+std::string RunningHash::Take() {
+    unsigned char digest[EVP_MAX_MD_SIZE];
+    unsigned size = 0;
+    if (EVP_DigestFinal_ex(m_context, digest, &size) != 1)
+        ThrowCryptoFailure();
+    return {reinterpret_cast<const char*>(digest), size};
+}
+
 std::string ToHexadecimal(std::string_view bytes) {
     constexpr std::string_view kDigits = "0123456789abcdef";
     std::string text;

@@ -5,10 +5,28 @@
 #include <string>
 #include <string_view>
 
+struct evp_md_ctx_st;
+
 namespace Storage {
 
 // The 32 bytes of the digest.
 std::string ContentHash(std::string_view bytes);
+
+// The digest of bytes that come piece by piece.
+class RunningHash {
+public:
+    RunningHash();
+    ~RunningHash();
+    RunningHash(const RunningHash&) = delete;
+    RunningHash& operator=(const RunningHash&) = delete;
+
+    void Add(std::string_view bytes);
+    // The digest of all of it; nothing may be added afterwards.
+    std::string Take();
+
+private:
+    evp_md_ctx_st* m_context;
+};
 
 // Lower-case hexadecimal digits.
 std::string ToHexadecimal(std::string_view bytes);

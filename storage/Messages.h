@@ -175,6 +175,25 @@ enum class MessageNumber : int {
     ReadOnlyThere = 20376,    // user
     IsStandby = 20377,        // (nothing)
     IsPooled = 20378,         // (nothing)
+
+    // Copies.
+    CopyOntoItself = 20400,       // address
+    CopyIsOther = 20401,          // copy, original, revision
+    CopyIsAhead = 20402,          // copy, original, the original's revision
+    CopyWasChanged = 20403,       // copy, its revision, the expected one
+    CopiedContentDamaged = 20404, // name, kind, original
+    CopiedContentMissing = 20405, // name, kind, original
+    CopyStopsAt = 20406,          // copy, revision
+    CopiedTextNotKept = 20407,    // name, table, row
+    CopiedRowsNotTaken = 20408,   // original, copy, reason
+    CopyDiffers = 20409,          // table, original, copy
+    CopyKeptOtherBytes = 20410,   // hash, copy
+    CopyInterrupted = 20411,      // copy, revision
+    CopiedIsNotWhole = 20412,     // original
+
+    // What a check found on a server, in its own words.
+    ServerLacks = 20413,   // what
+    ServerHasMore = 20414, // what
 };
 
 struct Message {

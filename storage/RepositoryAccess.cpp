@@ -68,6 +68,10 @@ Address RepositoryAccess::PlaceOf(CStringView text, CStringView currentFolder) c
     return place;
 }
 
+Address RepositoryAccess::AddressOf(CStringView text) const {
+    return text.empty() ? AddressInUse() : PlaceOf(text, Platform::CurrentFolder());
+}
+
 CString RepositoryAccess::ShownAddress() const {
     try {
         return AddressInUse().Text();

@@ -43,6 +43,9 @@ public:
     void Disconnect() { m_store.reset(); }
     // See RepositoryAdministration::Connect.  Throws StorageError.
     void Connect(CStringView address, bool create);
+    // The address that a text means; the empty one is that of the repository in use.  Throws
+    // Configuration.
+    Address AddressOf(CStringView text) const;
     // The address in use, as far as it can be told.
     CString ShownAddress() const;
     // What a text that the user gave means, with all that the settings say of it; empty: the

@@ -149,6 +149,21 @@ const std::map<MessageNumber, std::size_t> kMessages = {
     {MessageNumber::ReadOnlyThere, 1},
     {MessageNumber::IsStandby, 0},
     {MessageNumber::IsPooled, 0},
+    {MessageNumber::CopyOntoItself, 1},
+    {MessageNumber::CopyIsOther, 3},
+    {MessageNumber::CopyIsAhead, 3},
+    {MessageNumber::CopyWasChanged, 3},
+    {MessageNumber::CopiedContentDamaged, 3},
+    {MessageNumber::CopiedContentMissing, 3},
+    {MessageNumber::CopyStopsAt, 2},
+    {MessageNumber::CopiedTextNotKept, 3},
+    {MessageNumber::CopiedRowsNotTaken, 3},
+    {MessageNumber::CopyDiffers, 3},
+    {MessageNumber::CopyKeptOtherBytes, 2},
+    {MessageNumber::CopyInterrupted, 2},
+    {MessageNumber::CopiedIsNotWhole, 1},
+    {MessageNumber::ServerLacks, 1},
+    {MessageNumber::ServerHasMore, 1},
 };
 
 std::size_t GapsOf(const CString& text) {

@@ -132,6 +132,10 @@ struct CopyCounts {
     std::int64_t allRevisions = 0; // in the repository that is copied
     std::int64_t contents = 0;     // moved by this call
     std::int64_t bytes = 0;        // of these
+    bool isNew = false;            // the copy's repository was made by this call
+    // Of the whole copy, read from it again and found to fit their hashes; 0 before the end.
+    std::int64_t checkedContents = 0;
+    std::int64_t checkedBytes = 0;
 };
 using TellCopied = std::function<void(const CopyCounts&)>;
 
@@ -213,10 +217,14 @@ public:
     // By name.  Users of the server who may do nothing here are not among them.
     virtual Problem Users(std::vector<RepositoryUser>& users, CString& problemText) = 0;
 
-    // Copies the repository at `from` with its whole history to the one at `to`, which must be
-    // there and empty, or hold what an earlier copy of the same repository left: that goes on
-    // where it ended.  Empty: the repository in use.  Each content is checked against its hash.
-    // `tell` is called after each part; what was told is there to stay.
+    // Copies the repository at `from` as it is now, with its whole history, to the one at `to`,
+    // which must be empty, or hold what an earlier copy of the same repository left: that goes on
+    // where it ended.  Where there is none at `to`, one is made as by Create.  Empty: the
+    // repository in use, which is not made.  Each content is checked against its hash, and at the
+    // end the whole copy against what was copied.  Nobody else may write to `to` meanwhile.
+    // Refused: `to` holds anything else, is ahead, or was written to.  Integrity: `from` is
+    // damaged, or the copy differs.  `tell` is called before the first part and after each; what
+    // was told is there to stay, on failure too.
     virtual Problem Copy(CStringView from, CStringView to, const TellCopied& tell,
                          CopyCounts& counts, CString& problemText) = 0;
 

@@ -74,6 +74,29 @@ TEST_F(Disks, AFullOneEndsAPushWithStatusNineAndChangesNothing) {
     EXPECT_EQ(station.Zebx({"push"}).status, 0);
 }
 
+TEST_F(Disks, AFullOneEndsACopyWithStatusNineAfterThePartsThatFitted) {
+    SetUpEverything();
+    for (const char letter : {'x', 'y', 'z'}) {
+        Write(station.Support() / "nodes/large.dwg", std::string(40 * kMegabyte, letter));
+        ASSERT_EQ(station.Zebx({"push", "ncf:002_NODE"}).status, 0);
+    }
+    const fs::path copy = station.Folder() / "small/net.db";
+    {
+        const SmallDisk disk(station.Folder() / "small", 120 * kMegabyte);
+        ZEBX_NEEDS_A_SMALL_DISK(disk);
+        const Ended run = station.Zebx({"repo", "export", copy.string()});
+        EXPECT_EQ(run.status, 9) << run;
+        EXPECT_THAT(run.err, AllOf(HasSubstr("no space left"), HasSubstr(copy.string())));
+        EXPECT_THAT(run.out, HasSubstr("The copy has the revisions up to"));
+        EXPECT_GT(FilesOf(copy).size(), 0U);
+        fs::copy(copy.parent_path(), station.Folder() / "larger"); // with what "-wal" holds
+    }
+    const fs::path larger = station.Folder() / "larger/net.db";
+    const Ended run = station.Zebx({"repo", "export", larger.string()});
+    EXPECT_EQ(run.status, 0) << run;
+    EXPECT_THAT(run.out, HasSubstr("The copy is whole"));
+}
+
 TEST_F(Disks, AFullOneFailsAPullFileByFileAndLeavesWholeFiles) {
     SetUpEverything();
     const SmallDisk disk(station.Folder() / "small", 100'000);
