@@ -3,6 +3,7 @@
 
 #include "platform/text/Numbers.h"
 #include "platform/text/Utf8.h"
+#include "storage/postgres/PostgresCheck.h"
 #include "storage/postgres/PostgresPipeline.h"
 #include "storage/postgres/PostgresRights.h"
 
@@ -91,7 +92,7 @@ public:
     bool MayAskAhead() override { return true; }
     void WatchChanges() override;
     bool WasChanged() override;
-    void CheckEngine(const TellFinding&) override {}
+    void CheckEngine(const TellFinding& tell) override { CheckPostgres(*this, tell); }
     bool IsAlive() override { return m_pipeline.IsAlive(); }
     bool MayWrite() override;
     CString Name() override { return m_address.server; }
