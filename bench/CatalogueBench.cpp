@@ -2,11 +2,12 @@
 // A whole catalogue of six levels through the manager and the storage plug-in, beside plain
 // inserts of the same rows into SQLite.
 //
-// usage: zebx_bench_catalogues COUNT PEER
+// usage: zebx_bench_catalogues COUNT [PEER]
 //
-// COUNT items; PEER is the file for the plain inserts.  The environment names an installation
-// and user folders of their own, in which a new repository is connected.  Prints the seconds of
-// each step as JSON; ends with status 1 when a result is not what it should be.
+// COUNT items; PEER is the file for the plain inserts.  Without it the items are sent, and that is
+// all.  The environment names an installation and user folders of their own, in which a new
+// repository is connected.  Prints the seconds of each step as JSON; ends with status 1 when a
+// result is not what it should be.
 #include "ZEBXGisCore/ModuleConfiguration.h"
 #include "ZEBXNetworkCore/CatalogManager.h"
 #include "ZEBXRepositoryClient/CatalogueTransfer.h"
@@ -235,8 +236,12 @@ private:
 } // namespace
 
 int main(int argc, char** argv) try {
-    Require(argc == 3, "usage: zebx_bench_catalogues COUNT PEER");
+    Require(argc == 2 || argc == 3, "usage: zebx_bench_catalogues COUNT [PEER]");
     CatalogueBench bench(std::atoi(argv[1]));
+    if (argc == 2) {
+        std::printf("{\"push\": %f}\n", bench.Push());
+        return 0;
+    }
     const double insert = bench.Insert(argv[2]);
     const double push = bench.Push();
     const double pushAgain = bench.Push();
