@@ -3,11 +3,17 @@
 
 #include "storage/StorageError.h"
 
+#include <openssl/crypto.h>
 #include <openssl/evp.h>
 #include <openssl/rand.h>
 
 namespace Storage {
 namespace {
+
+// libcrypto would take itself down before the objects that live as long as the process: a store
+// hashes for its cache, and a server's connection is closed, after that.  Counts when it is the
+// first use.
+const int g_staysToTheEnd = OPENSSL_init_crypto(OPENSSL_INIT_NO_ATEXIT, nullptr);
 
 [[noreturn]] void ThrowCryptoFailure() {
     throw StorageError(Problem::Internal, MessageNumber::Internal, {u"libcrypto"});
