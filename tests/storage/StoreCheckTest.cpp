@@ -33,7 +33,9 @@ protected:
         store->Check(
             [&](const Message& where, const Message& what) {
                 // What the engine finds beside it is its own affair.
-                if (what.number != MessageNumber::EngineSays)
+                if (what.number != MessageNumber::EngineSays &&
+                    what.number != MessageNumber::ServerLacks &&
+                    what.number != MessageNumber::ServerHasMore)
                     findings.emplace_back(where.number, what.number);
             },
             counts);

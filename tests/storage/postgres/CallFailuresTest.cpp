@@ -100,7 +100,8 @@ TEST_F(CallFailures, SomebodyElseHoldsTheLockForTooLong) {
     const auto other = OpenRepository(AddressOf(uri));
     store = StoreOf(OpenPostgres(AddressOf(uri), {.busyTimeoutMs = 300}));
     {
-        const WriteCall half(*other, {}, "half", u"a call");
+        WriteCall half(*other, {}, "half", u"a call");
+        half.TakeTurn();
         ExpectToTell([&] { Add("2"); }, Problem::Busy, MessageNumber::Busy, "Try again");
         EXPECT_EQ(Content(), "1");
     }
@@ -114,7 +115,8 @@ TEST_F(CallFailures, AStatementTakesLongerThanTheServerAllows) {
     const auto other = OpenRepository(AddressOf(uri));
     store = StoreAt(uri);
     {
-        const WriteCall half(*other, {}, "half", u"a call");
+        WriteCall half(*other, {}, "half", u"a call");
+        half.TakeTurn();
         ExpectToTell([&] { Add("2"); }, Problem::Busy, MessageNumber::StatementEnded,
                      "statement timeout");
         EXPECT_EQ(Content(), "1");
