@@ -2,9 +2,9 @@
 // A repository in a schema of its own on the tests' server, and the server's users who come to it.
 #pragma once
 
-#include "storage/TestFiles.h"
 #include "platform/text/Utf8.h"
 #include "storage/Engine.h"
+#include "storage/TestFiles.h"
 #include "support/TestServer.h"
 
 #include <gtest/gtest.h>
