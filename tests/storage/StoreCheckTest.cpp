@@ -28,17 +28,21 @@ protected:
     // What the check finds, each as the numbers of where and what.
     using Pair = std::pair<MessageNumber, MessageNumber>;
     std::vector<Pair> Findings() {
+        auto findings = FindingsOfTheEngineToo();
+        // What the engine finds beside it is its own affair.
+        std::erase_if(findings, [](const Pair& finding) {
+            return finding.second == MessageNumber::EngineSays ||
+                   finding.second == MessageNumber::ServerLacks ||
+                   finding.second == MessageNumber::ServerHasMore;
+        });
+        return findings;
+    }
+    std::vector<Pair> FindingsOfTheEngineToo() {
         std::vector<Pair> findings;
         counts = {};
-        store->Check(
-            [&](const Message& where, const Message& what) {
-                // What the engine finds beside it is its own affair.
-                if (what.number != MessageNumber::EngineSays &&
-                    what.number != MessageNumber::ServerLacks &&
-                    what.number != MessageNumber::ServerHasMore)
-                    findings.emplace_back(where.number, what.number);
-            },
-            counts);
+        store->Check([&](const Message& where,
+                         const Message& what) { findings.emplace_back(where.number, what.number); },
+                     counts);
         return findings;
     }
     // Somebody with other tools, whom nothing holds back.
@@ -179,7 +183,7 @@ TEST_P(StoreCheck, EveryFindingIsToldUpToAThousandAndThenHowManyMore) {
         files.push_back(MakeFile(u"f" + Platform::ToText(i), "1"));
     store->AddFiles(files);
     Plant("UPDATE stored_file SET size_bytes = 9");
-    const auto findings = Findings();
+    const auto findings = FindingsOfTheEngineToo();
     ASSERT_EQ(findings.size(), 1001u);
     EXPECT_EQ(findings.back(), Pair(MessageNumber::InDatabase, MessageNumber::MoreFindings));
 }
