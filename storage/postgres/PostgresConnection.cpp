@@ -103,6 +103,7 @@ public:
 private:
     enum class Transaction { None, Read, Write };
 
+    Keep HowToKeep() const { return m_isPooled ? Keep::Nothing : Keep::Prepared; }
     bool IsTold() const { return !m_isPooled && !m_isStandby; }
     void SetSession(Keep keep, std::int64_t onlyTransaction);
     void Begin(SqlText sql, Transaction transaction);
@@ -178,12 +179,11 @@ void PostgresConnection::CheckRepository(const Session& session) {
                            {FromUtf8(PQuser(m_pipeline.Handle())), schema, Name()});
 }
 
-// Names are found in the repository's schema and nowhere else; nobody waits for ever for another
-// writer, and nobody who stopped working keeps the others waiting.
+// Names are found in the repository's schema and nowhere else, and nobody waits for ever for
+// another writer.
 void PostgresConnection::SetSession(Keep keep, std::int64_t onlyTransaction) {
     m_pipeline.Send("SELECT set_config('search_path', $1, $2 <> 0), "
-                    "set_config('lock_timeout', $3, $2 <> 0), "
-                    "set_config('idle_in_transaction_session_timeout', '60s', $2 <> 0)",
+                    "set_config('lock_timeout', $3, $2 <> 0)",
                     {m_searchPath, onlyTransaction, std::to_string(m_options.busyTimeoutMs) + "ms"},
                     keep);
 }
@@ -195,7 +195,7 @@ void PostgresConnection::SendSettingsOfPooled() {
 
 void PostgresConnection::Begin(SqlText sql, Transaction transaction) {
     (void)m_pipeline.TakeError();
-    m_pipeline.Send(sql, {}, m_isPooled ? Keep::Nothing : Keep::Prepared);
+    m_pipeline.Send(sql, {}, HowToKeep());
     m_transaction = transaction;
     SendSettingsOfPooled();
 }
@@ -206,10 +206,12 @@ void PostgresConnection::BeginRead() {
 
 void PostgresConnection::BeginWrite() {
     Begin("BEGIN ISOLATION LEVEL READ COMMITTED READ WRITE", Transaction::Write);
+    // Nobody who stopped working keeps the other writers waiting.
+    m_pipeline.Send("SET LOCAL idle_in_transaction_session_timeout = '5min'", {}, HowToKeep());
 }
 
 void PostgresConnection::Commit() {
-    const auto keep = m_isPooled ? Keep::Nothing : Keep::Prepared;
+    const Keep keep = HowToKeep();
     if (m_transaction == Transaction::Write)
         m_pipeline.Send("SELECT pg_notify('zebx', $1)", {m_schema}, keep);
     auto answer = std::make_shared<Answer>();
@@ -243,7 +245,7 @@ void PostgresConnection::Rollback() noexcept {
     if (ended == Transaction::None || !m_pipeline.IsAlive())
         return;
     try {
-        m_pipeline.Send("ROLLBACK", {}, m_isPooled ? Keep::Nothing : Keep::Prepared);
+        m_pipeline.Send("ROLLBACK", {}, HowToKeep());
         m_pipeline.Sync();
         // What failed in it must not be taken for a failure of what comes next.
         if (ended == Transaction::Write)
@@ -257,7 +259,7 @@ void PostgresConnection::Rollback() noexcept {
 std::unique_ptr<SqlRows> PostgresConnection::Ask(SqlText sql,
                                                  std::initializer_list<SqlValue> values) {
     auto answer = std::make_shared<Answer>();
-    m_pipeline.Send(sql, values, m_isPooled ? Keep::Nothing : Keep::Prepared, answer);
+    m_pipeline.Send(sql, values, HowToKeep(), answer);
     m_pipeline.Sync();
     return std::make_unique<PostgresRows>(m_pipeline, std::move(answer));
 }
@@ -274,7 +276,7 @@ void PostgresConnection::Execute(SqlText sql, std::initializer_list<SqlValue> va
         Query(sql, values)->Next();
         return;
     }
-    m_pipeline.Send(sql, values, m_isPooled ? Keep::Nothing : Keep::Prepared);
+    m_pipeline.Send(sql, values, HowToKeep());
 }
 
 void PostgresConnection::WatchChanges() {

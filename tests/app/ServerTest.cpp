@@ -200,8 +200,9 @@ protected:
         EXPECT_THAT(run.out, Not(HasSubstr(secret)));
         EXPECT_THAT(run.err, Not(HasSubstr(secret)));
         for (const auto& entry : fs::recursive_directory_iterator(station.Folder())) {
-            if (entry.is_regular_file())
+            if (entry.is_regular_file()) {
                 EXPECT_THAT(Bytes(entry.path()), Not(HasSubstr(secret))) << entry.path();
+            }
         }
     }
 

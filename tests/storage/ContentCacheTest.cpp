@@ -298,8 +298,9 @@ TEST_F(Cache, AFolderThatCannotBeMadeOrReadTurnsItOff) {
 TEST_F(Cache, AFolderThatTakesNoFilesKeepsNothing) {
     fs::create_directories(Native());
     EXPECT_TRUE(PassesInAChildProcess([&] {
-        if (geteuid() == 0)
+        if (geteuid() == 0) {
             ASSERT_EQ(chown(Native().c_str(), 65534, 65534), 0);
+        }
         fs::permissions(Native(), fs::perms(0500));
         fs::permissions(m_folder.Native(), fs::perms(0711));
         BecomeOrdinaryUser();

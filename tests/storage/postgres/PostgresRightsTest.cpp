@@ -335,11 +335,9 @@ TEST_F(PostgresRights, TwoRepositoriesOfOneDatabaseKnowNothingOfEachOther) {
     const TestSchema other;
     const Address there = ParseAddress(Platform::FromUtf8(other.Uri()), {});
     CreateRepository(there);
-    Store(OpenRepository(there), {.stamp =
-                                      [] {
-                                          return Stamp{u"now", u"x", u"y", u"z"};
-                                      }})
-        .RegisterContent(4, u"009", 1);
+    StoreOptions options;
+    options.stamp = [] { return Stamp{u"now", u"x", u"y", u"z"}; };
+    Store(OpenRepository(there), options).RegisterContent(4, u"009", 1);
     EXPECT_EQ(OpenStore()->Revisions(0, 9).size(), 2u);
     EXPECT_EQ(OpenStore(reader)->FileIds(4, u"001_LABEL").size(), 2u);
     const std::string user = Platform::ToUtf8(Platform::FromUtf8(reader));
