@@ -157,6 +157,8 @@ Problem Administration::Copy(CStringView from, CStringView to, const TellCopied&
         const Address copy = m_access->AddressOf(to);
         if (original.Text() == copy.Text())
             throw StorageError(Problem::Refused, MessageNumber::CopyOntoItself, {copy.Text()});
+        // One connection to a repository is enough; the next call makes its own again.
+        m_access->Disconnect();
         const auto source = OpenRepository(original);
         const auto target = to.empty() ? OpenRepository(copy) : OpenOrCreate(copy, counts.isNew);
         CopyRepository(*source, *target, tell, counts);

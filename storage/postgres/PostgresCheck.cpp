@@ -139,8 +139,8 @@ Expected::Expected() {
               {"name", "name_folded", "file_manager_id", "origin_id", "custom_parameter"},
               {"holder bigint", "hash bytea NOT NULL",
                "FOREIGN KEY (hash) REFERENCES content(hash)",
-               "UNIQUE INDEX stored_file_current (file_type, origin_id, name_folded) "
-               "WHERE ((holder IS NULL) AND (until_revision IS NULL))",
+               ("UNIQUE INDEX stored_file_current (file_type, origin_id, name_folded) "
+                "WHERE ((holder IS NULL) AND (until_revision IS NULL))"),
                "INDEX stored_file_holder (holder, \"position\") WHERE (holder IS NOT NULL)"});
     Versioned("general_settings", {"size_bytes"}, {"name"},
               {"hash bytea NOT NULL", "FOREIGN KEY (hash) REFERENCES content(hash)",

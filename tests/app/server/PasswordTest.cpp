@@ -101,23 +101,24 @@ TEST_F(Passwords, StandInNoListOfProcesses) {
 }
 
 TEST_F(Passwords, AreRefusedInAnAddressAndNotRepeated) {
+    // Another one: this test has it on command lines, where the one above looks meanwhile.
+    const std::string typed = "otkucana-Zaporka-4712";
     const std::string place = "@127.0.0.1:" + std::to_string(at->server.Port()) + "/gis";
-    for (const std::string& address :
-         {std::string("postgresql://keeper:") + kPassword + place,
-          "postgresql://keeper" + place + "?password=" + kPassword,
-          "postgresql://keeper" + place + "?sslpassword=" + kPassword,
-          "postgresql://keeper:" + std::string(kPassword) + "@" + place}) {
+    for (const std::string& address : {std::string("postgresql://keeper:") + typed + place,
+                                       "postgresql://keeper" + place + "?password=" + typed,
+                                       "postgresql://keeper" + place + "?sslpassword=" + typed,
+                                       "postgresql://keeper:" + typed + "@" + place}) {
         const Ended run = Run({"connect", "--create", address, "--verbose"});
         EXPECT_EQ(run.status, 3) << address << '\n' << run;
         EXPECT_THAT(run.err, HasSubstr("pgpass")) << address;
-        ExpectNowhere(kPassword);
+        ExpectNowhere(typed);
     }
     // Addresses that nobody understands to their end.
     for (const std::string& address :
-         {"postgresql://keeper" + place + "?passwor=x&password=" + kPassword,
-          "postgresql://keeper:" + std::string(kPassword) + "@[::1/gis"}) {
+         {"postgresql://keeper" + place + "?passwor=x&password=" + typed,
+          "postgresql://keeper:" + typed + "@[::1/gis"}) {
         EXPECT_EQ(Run({"connect", "--create", address, "--verbose"}).status, 3) << address;
-        ExpectNowhere(kPassword);
+        ExpectNowhere(typed);
     }
 }
 
