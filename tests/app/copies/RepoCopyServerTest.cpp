@@ -60,7 +60,9 @@ TEST_F(RepoCopyServer, AFilesRepositoryComesBackFromAServerAsItWas) {
 
 TEST_F(RepoCopyServer, ACopyToAServerThatIsKilledGoesOn) {
     for (const char letter : {'x', 'y', 'z'}) {
-        Write(station.Support() / "nodes/large.dwg", std::string(40'000'000, letter));
+        std::string bytes;
+        bytes.resize(40'000'000, letter);
+        Write(station.Support() / "nodes/large.dwg", bytes);
         ASSERT_EQ(station.Zebx({"push", "ncf:002_NODE", "--quiet"}).status, 0);
     }
     for (const int ms : {50, 150, 300, 500, 700})

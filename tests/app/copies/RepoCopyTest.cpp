@@ -50,7 +50,9 @@ protected:
     // So much that it is copied in several parts: 40 MB each.
     void PushLargeOnes(int count) const {
         for (int i = 0; i < count; ++i) {
-            Write(Node("large.dwg"), std::string(40'000'000, static_cast<char>('a' + i)));
+            std::string bytes;
+            bytes.resize(40'000'000, static_cast<char>('a' + i));
+            Write(Node("large.dwg"), bytes);
             Push();
         }
     }

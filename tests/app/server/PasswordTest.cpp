@@ -104,19 +104,25 @@ TEST_F(Passwords, AreRefusedInAnAddressAndNotRepeated) {
     // Another one: this test has it on command lines, where the one above looks meanwhile.
     const std::string typed = "otkucana-Zaporka-4712";
     const std::string place = "@127.0.0.1:" + std::to_string(at->server.Port()) + "/gis";
-    for (const std::string& address : {std::string("postgresql://keeper:") + typed + place,
-                                       "postgresql://keeper" + place + "?password=" + typed,
-                                       "postgresql://keeper" + place + "?sslpassword=" + typed,
-                                       "postgresql://keeper:" + typed + "@" + place}) {
+    // The address with P for the password and % for the place.
+    const auto filled = [&](std::string pattern) {
+        for (const auto& [gap, value] : {std::pair("P", typed), std::pair("%", place)}) {
+            if (const auto found = pattern.find(gap); found != std::string::npos)
+                pattern.replace(found, 1, value);
+        }
+        return pattern;
+    };
+    for (const std::string& address :
+         {filled("postgresql://keeper:P%"), filled("postgresql://keeper%?password=P"),
+          filled("postgresql://keeper%?sslpassword=P"), filled("postgresql://keeper:P@%")}) {
         const Ended run = Run({"connect", "--create", address, "--verbose"});
         EXPECT_EQ(run.status, 3) << address << '\n' << run;
         EXPECT_THAT(run.err, HasSubstr("pgpass")) << address;
         ExpectNowhere(typed);
     }
     // Addresses that nobody understands to their end.
-    for (const std::string& address :
-         {"postgresql://keeper" + place + "?passwor=x&password=" + typed,
-          "postgresql://keeper:" + typed + "@[::1/gis"}) {
+    for (const std::string& address : {filled("postgresql://keeper%?passwor=x&password=P"),
+                                       filled("postgresql://keeper:P@[::1/gis")}) {
         EXPECT_EQ(Run({"connect", "--create", address, "--verbose"}).status, 3) << address;
         ExpectNowhere(typed);
     }

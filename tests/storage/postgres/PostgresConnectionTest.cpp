@@ -131,7 +131,8 @@ TEST_F(PostgresConnectionTest, AFailedQueryLeavesNoTraceInTheNextTransaction) {
 }
 
 TEST_F(PostgresConnectionTest, ContentsLargerThanAnyBufferGoAndCome) {
-    const std::string bytes(40'000'000, 'x');
+    std::string bytes;
+    bytes.resize(40'000'000, 'x');
     sql->BeginWrite();
     for (char hash : {'a', 'b', 'c'})
         sql->Execute("INSERT INTO content VALUES ($1, $2, $3)",
