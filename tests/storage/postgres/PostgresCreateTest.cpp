@@ -8,8 +8,6 @@
 namespace Storage {
 namespace {
 
-using testing::HasSubstr;
-
 class PostgresCreate : public ServerRepository {
 protected:
     std::string Server(const std::string& sql) const { return TestServer::Shared().Run(sql); }

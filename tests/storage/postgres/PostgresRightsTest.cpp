@@ -10,7 +10,6 @@ namespace {
 
 using testing::AnyOf;
 using testing::HasSubstr;
-using testing::Not;
 
 const std::vector<std::string> kTables = {
     "head",        "revision",         "content",         "kind",
@@ -75,8 +74,8 @@ std::vector<std::string> PostgresRights::Forbidden() const {
              {"DELETE FROM {}", "TRUNCATE {} CASCADE", "DROP TABLE {} CASCADE",
               "ALTER TABLE {} ADD COLUMN x int", "ALTER TABLE {} DISABLE TRIGGER ALL",
               "ALTER TABLE {} OWNER TO CURRENT_USER", "CREATE INDEX ON {} ((1))",
-              "CREATE TRIGGER t BEFORE INSERT ON {} EXECUTE FUNCTION "
-              "suppress_redundant_updates_trigger()",
+              ("CREATE TRIGGER t BEFORE INSERT ON {} EXECUTE FUNCTION "
+               "suppress_redundant_updates_trigger()"),
               "CREATE RULE r AS ON INSERT TO {} DO INSTEAD NOTHING", "CREATE POLICY p ON {}",
               "COMMENT ON TABLE {} IS 'mine'"}) {
             std::string text = statement;
@@ -91,7 +90,7 @@ std::vector<std::string> PostgresRights::Forbidden() const {
              "CREATE FUNCTION " + name + ".f() RETURNS int LANGUAGE sql AS 'SELECT 1'",
              "CREATE TYPE " + name + ".mine AS (x int)",
              "DROP SCHEMA " + name + " CASCADE",
-             "ALTER SCHEMA " + name + " RENAME TO " + name + "x",
+             "ALTER SCHEMA " + name + " RENAME TO mine",
              "SET ROLE keeper",
              "SET ROLE postgres",
              "SET SESSION AUTHORIZATION keeper",

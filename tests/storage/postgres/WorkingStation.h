@@ -50,7 +50,7 @@ public:
     }
     // Tells all to end and waits; false when one failed, or did not end in time.
     bool End(std::chrono::seconds time) {
-        std::ofstream(m_folder.Native() / "end");
+        const std::ofstream wish(m_folder.Native() / "end");
         const auto end = std::chrono::steady_clock::now() + time;
         bool good = true;
         for (const auto& [name, process] : m_processes) {
