@@ -61,9 +61,11 @@ public:
 private:
     void CheckSourceIsGapless();
     void CheckTargetIsEarlier();
+    void AwaitEarlierCopy();
     RevisionRange NextRange();
     void CopyRange(const RevisionRange& range);
-    Head LockHead();
+    Head ReadLockedHead();
+    void CheckIsUnchanged(const Head& head);
     void CopyRevisions(const RevisionRange& range);
     template<typename Table>
     void EndRows(const Table& table, const RevisionRange& range);
@@ -92,6 +94,8 @@ void Copy::Run() {
     CheckSourceIsGapless();
     CheckTargetIsEarlier();
     Tell();
+    if (m_done < m_counts.allRevisions)
+        AwaitEarlierCopy();
     while (m_done < m_counts.allRevisions) {
         StopCopyIfInterrupted(m_to, m_done);
         const RevisionRange range = NextRange();
@@ -114,6 +118,7 @@ void Copy::CheckSourceIsGapless() {
 }
 
 void Copy::CheckTargetIsEarlier() {
+    m_done = 0;
     const ReadTransaction reading(m_to);
     const auto original = m_from.Query(kAllRevisions, {});
     const auto copy = m_to.Query(kAllRevisions, {});
@@ -132,6 +137,15 @@ void Copy::CheckTargetIsEarlier() {
                                    {m_to.Name(), m_from.Name(), ToText(m_done)});
         }
     }
+}
+
+// A server may still be at work on the last part of a copy that was killed.
+void Copy::AwaitEarlierCopy() {
+    {
+        const TargetCall call(m_to);
+        ReadLockedHead();
+    }
+    CheckTargetIsEarlier();
 }
 
 RevisionRange Copy::NextRange() {
@@ -160,7 +174,8 @@ RevisionRange Copy::NextRange() {
 
 void Copy::CopyRange(const RevisionRange& range) {
     const TargetCall call(m_to);
-    Head head = LockHead();
+    Head head = ReadLockedHead();
+    CheckIsUnchanged(head);
     const ContentCounts counts = CopyContents(m_from, m_to, range);
     CopyRevisions(range);
     // Ends first: a name may be current once.
@@ -173,15 +188,18 @@ void Copy::CopyRange(const RevisionRange& range) {
     m_counts.bytes += counts.bytes;
 }
 
-Head Copy::LockHead() {
+// Waits for who is writing there.
+Head Copy::ReadLockedHead() {
     const auto rows = m_to.Query("UPDATE head SET revision = revision WHERE id = 1 "
                                  "RETURNING revision, last_id, content_bytes",
                                  {});
-    const Head head = ReadHead(*rows, m_to);
+    return ReadHead(*rows, m_to);
+}
+
+void Copy::CheckIsUnchanged(const Head& head) {
     if (head.revision != m_done)
         throw StorageError(Problem::Refused, MessageNumber::CopyWasChanged,
                            {m_to.Name(), ToText(head.revision), ToText(m_done)});
-    return head;
 }
 
 void Copy::CopyRevisions(const RevisionRange& range) {
@@ -239,10 +257,7 @@ void Copy::CheckTexts(SqlRows& row, CStringView table, std::string_view types, s
 
 void Copy::Compare() {
     const ReadTransaction reading(m_to);
-    const Head head = HeadOf(m_to);
-    if (head.revision != m_done)
-        throw StorageError(Problem::Refused, MessageNumber::CopyWasChanged,
-                           {m_to.Name(), ToText(head.revision), ToText(m_done)});
+    CheckIsUnchanged(HeadOf(m_to));
     const ContentCounts counts = CompareRepositories(m_from, m_to, m_done);
     m_counts.checkedContents = counts.contents;
     m_counts.checkedBytes = counts.bytes;

@@ -363,6 +363,22 @@ TEST_P(RepositoryCopy, ThatIsAheadOfTheOriginalIsLeftAlone) {
     EXPECT_EQ(InCopy(), before);
 }
 
+TEST_P(RepositoryCopy, GoesOnFromWhereAnotherThatWasStillAtWorkEnds) {
+    Fill();
+    CopyCounts counts;
+    const auto from = original->Connect();
+    const auto to = copy->Connect();
+    bool isFirst = true;
+    CopyRepository(*from, *to,
+                   [&](const CopyCounts&) {
+                       if (std::exchange(isFirst, false))
+                           CopyAll();
+                   },
+                   counts, {.revisions = 2});
+    EXPECT_EQ(counts.contents, 0);
+    EXPECT_EQ(InCopy(), states.back());
+}
+
 TEST_P(RepositoryCopy, StopsWhenSomebodyElseWritesThereMeanwhile) {
     Fill();
     CopyCounts counts;
