@@ -17,11 +17,26 @@ set(ZEBX_WINDOW_ENVIRONMENT
   XDG_RUNTIME_DIR=${ZEBX_TEST_HOME}/runtime
   LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/leaks-of-others:print_suppressions=0)
 
+# Most of what a test costs to compile is GoogleTest: its headers are read once for all tests, and
+# tests are not optimised.
+set(ZEBX_TEST_COMPILE_OPTIONS -O0 -g1)
+file(WRITE ${PROJECT_BINARY_DIR}/test-headers/Empty.cpp "")
+add_library(zebx_test_headers OBJECT ${PROJECT_BINARY_DIR}/test-headers/Empty.cpp)
+target_compile_options(zebx_test_headers PRIVATE ${ZEBX_TEST_COMPILE_OPTIONS} -fPIE)
+target_link_libraries(zebx_test_headers PRIVATE GTest::gmock)
+set_target_properties(zebx_test_headers PROPERTIES POSITION_INDEPENDENT_CODE OFF)
+target_precompile_headers(zebx_test_headers PRIVATE
+  <gmock/gmock.h> <gtest/gtest.h>
+  <algorithm> <chrono> <filesystem> <fstream> <functional> <map> <memory> <optional> <set>
+  <sstream> <stdexcept> <string> <thread> <vector>)
+
 function(zebx_add_test name)
   cmake_parse_arguments(arg "SERVER" "" "SOURCES;LIBRARIES;MODULES;ENVIRONMENT" ${ARGN})
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} GTest::gmock GTest::gtest_main)
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  target_compile_options(${name} PRIVATE ${ZEBX_TEST_COMPILE_OPTIONS})
+  target_precompile_headers(${name} REUSE_FROM zebx_test_headers)
   target_compile_definitions(${name} PRIVATE
     ZEBX_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data"
     ZEBX_SHARED_DATA="${PROJECT_SOURCE_DIR}/../shared/data"
@@ -64,4 +79,6 @@ function(zebx_add_window_test name)
   file(CHMOD ${ZEBX_TEST_HOME}/runtime PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
   zebx_add_test(${name} ${ARGN} ENVIRONMENT ${ZEBX_WINDOW_ENVIRONMENT})
   target_link_libraries(${name} PRIVATE zebxwindow Qt6::Widgets Qt6::Test)
+  # Qt wants code that the headers were not read for.
+  set_target_properties(${name} PROPERTIES DISABLE_PRECOMPILE_HEADERS ON)
 endfunction()
