@@ -3,10 +3,10 @@
 
 #include "platform/os/FreeName.h"
 #include "platform/text/Utf8.h"
-#include "storage/ContentHash.h"
-#include "storage/RepositoryCopy.h"
-#include "storage/Schema.h"
+#include "storage/content/ContentHash.h"
+#include "storage/copy/RepositoryCopy.h"
 #include "storage/postgres/PostgresRights.h"
+#include "storage/store/Schema.h"
 
 namespace Storage {
 namespace {

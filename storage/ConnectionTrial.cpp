@@ -7,9 +7,9 @@
 #include "platform/text/Numbers.h"
 #include "platform/text/Utf8.h"
 #include "storage/Engine.h"
-#include "storage/Schema.h"
-#include "storage/Store.h"
 #include "storage/sqlite/SqliteError.h"
+#include "storage/store/Schema.h"
+#include "storage/store/Store.h"
 
 #include <algorithm>
 

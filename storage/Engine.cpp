@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "storage/Engine.h"
 
-#include "storage/Schema.h"
 #include "storage/postgres/PostgresConnection.h"
 #include "storage/sqlite/SqliteConnection.h"
+#include "storage/store/Schema.h"
 
 namespace Storage {
 

@@ -8,8 +8,8 @@
 #include "platform/os/FreeName.h"
 #include "platform/os/UserFolders.h"
 #include "platform/os/UserSettings.h"
-#include "storage/Schema.h"
 #include "storage/sqlite/SqliteError.h"
+#include "storage/store/Schema.h"
 
 #include <algorithm>
 #include <thread>

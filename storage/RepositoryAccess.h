@@ -5,7 +5,7 @@
 
 #include "storage/Engine.h"
 #include "storage/StorageSettings.h"
-#include "storage/Store.h"
+#include "storage/store/Store.h"
 
 #include <chrono>
 

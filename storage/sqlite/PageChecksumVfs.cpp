@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "storage/sqlite/PageChecksumVfs.h"
 
-#include "storage/ContentHash.h"
+#include "storage/content/ContentHash.h"
 
 #include <array>
 #include <cstring>

@@ -5,7 +5,7 @@
 #include "platform/os/FreeName.h"
 #include "platform/os/Path.h"
 #include "platform/text/Utf8.h"
-#include "storage/ContentHash.h"
+#include "storage/content/ContentHash.h"
 #include "storage/sqlite/PageChecksumVfs.h"
 #include "storage/sqlite/SqliteCheck.h"
 #include "storage/sqlite/SqliteError.h"

@@ -4,7 +4,7 @@
 
 #include "ZEBXRepositoryClient/Base64.h"
 #include "storage/StorageError.h"
-#include "storage/Store.h"
+#include "storage/store/Store.h"
 
 #include <boost/make_shared.hpp>
 

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "storage/Engine.h"
-#include "storage/Store.h"
+#include "storage/store/Store.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestServer.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Making a repository on a server, and bringing an older one up.
 #include "ServerRepository.h"
-#include "storage/Schema.h"
+#include "storage/store/Schema.h"
 
 #include <gmock/gmock.h>
 
