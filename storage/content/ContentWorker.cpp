@@ -3,8 +3,8 @@
 
 #include "storage/content/ContentHash.h"
 
-#include <algorithm>
-#include <system_error>
+#include <exception>
+#include <utility>
 
 namespace Storage {
 namespace {
@@ -28,99 +28,42 @@ ContentWorker::ContentWorker(std::shared_ptr<ContentCache> cache) : m_cache(std:
         m_writer.emplace(*m_cache);
 }
 
-ContentWorker::~ContentWorker() {
-    if (!m_thread.joinable())
-        return;
-    Forget();
-    {
-        const std::lock_guard lock(m_mutex);
-        m_isEnding = true;
-    }
-    m_changed.notify_all();
-    m_thread.join();
-}
-
 void ContentWorker::Add(FetchedContents contents) {
-    const bool isWorthIt = m_thread.joinable() || BytesOf(contents) >= kWorthAThread;
-    Job job{std::move(contents)};
-    if (!isWorthIt || !StartThread()) {
-        Do(job);
-        return;
-    }
-    {
-        const std::lock_guard lock(m_mutex);
-        m_jobs.push_back(std::move(job));
-    }
-    m_changed.notify_all();
+    const bool isWorthIt = m_thread.IsStarted() || BytesOf(contents) >= kWorthAThread;
+    if (isWorthIt && m_thread.Start())
+        m_thread.Add([this, contents = std::move(contents)] { Check(contents); });
+    else
+        Check(contents);
 }
 
 void ContentWorker::FinishList() {
-    if (!m_writer)
+    if (!m_cache)
         return;
-    Job job{{}, true};
-    if (!m_thread.joinable()) {
-        Do(job);
-        return;
-    }
-    {
-        const std::lock_guard lock(m_mutex);
-        m_jobs.push_back(std::move(job));
-    }
-    m_changed.notify_all();
+    if (m_thread.IsStarted())
+        m_thread.AddForSure([this] { FinishWriting(); });
+    else
+        FinishWriting();
 }
 
 void ContentWorker::Wait(const FetchedContent& content) {
-    std::unique_lock lock(m_mutex);
-    m_changed.wait(lock, [&] { return content.state != State::Fetched; });
+    m_thread.WaitUntil([&] { return content.state != State::Fetched; });
 }
 
-void ContentWorker::Forget() {
-    const std::lock_guard lock(m_mutex);
-    if (m_jobs.empty())
-        return;
-    const auto isContents = [](const Job& job) { return !job.endsList; };
-    m_jobs.erase(std::remove_if(m_jobs.begin() + 1, m_jobs.end(), isContents), m_jobs.end());
-}
-
-bool ContentWorker::StartThread() {
-    try {
-        if (!m_thread.joinable())
-            m_thread = std::thread([this] { Work(); });
-    } catch (const std::system_error&) {
-        return false; // no more threads
-    }
-    return true;
-}
-
-void ContentWorker::Work() {
-    std::unique_lock lock(m_mutex);
-    while (true) {
-        m_changed.wait(lock, [this] { return m_isEnding || !m_jobs.empty(); });
-        if (m_jobs.empty())
-            return;
-        const Job job = m_jobs.front();
-        lock.unlock();
-        Do(job);
-        lock.lock();
-        m_jobs.pop_front();
-    }
-}
-
-void ContentWorker::Do(const Job& job) noexcept {
-    std::vector<State> states;
-    for (const auto& content : job.contents) {
+void ContentWorker::Check(const FetchedContents& contents) noexcept {
+    for (const auto& content : contents) {
         State state = State::Damaged;
         try {
             state = Look(*content);
         } catch (const std::exception&) {
             // No memory for it: what cannot be checked is not given out.
         }
-        const std::lock_guard lock(m_mutex);
-        content->state = state;
+        m_thread.Set([&] { content->state = state; });
     }
-    m_changed.notify_all();
+}
+
+void ContentWorker::FinishWriting() noexcept {
     try {
-        if (m_writer && job.endsList)
+        if (m_writer)
             m_writer->FinishList();
     } catch (const std::exception&) {
         m_writer.reset();

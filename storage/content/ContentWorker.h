@@ -5,12 +5,10 @@
 
 #include "storage/StorageError.h"
 #include "storage/content/ContentCache.h"
+#include "storage/content/JobThread.h"
 
-#include <condition_variable>
-#include <deque>
 #include <memory>
 #include <optional>
-#include <thread>
 
 namespace Storage {
 
@@ -44,7 +42,7 @@ class ContentWorker {
 public:
     // `cache` may be none.
     explicit ContentWorker(std::shared_ptr<ContentCache> cache);
-    ~ContentWorker();
+    ~ContentWorker() { Forget(); }
     ContentWorker(const ContentWorker&) = delete;
     ContentWorker& operator=(const ContentWorker&) = delete;
 
@@ -54,28 +52,17 @@ public:
     // Until the content, which was added, was looked at.
     void Wait(const FetchedContent& content);
     // Jobs that were not begun are not done.
-    void Forget();
+    void Forget() { m_thread.Forget(); }
 
 private:
-    struct Job {
-        FetchedContents contents;
-        bool endsList = false;
-    };
-
-    bool StartThread();
-    void Work();
-    void Do(const Job& job) noexcept;
+    void Check(const FetchedContents& contents) noexcept;
+    void FinishWriting() noexcept;
     FetchedContent::State Look(FetchedContent& content);
     void Keep(const FetchedContent& content) noexcept;
 
     std::shared_ptr<ContentCache> m_cache;
     std::optional<CacheWriter> m_writer;
-
-    std::mutex m_mutex; // of all below, and of the contents' states
-    std::condition_variable m_changed;
-    std::deque<Job> m_jobs; // the first is being done
-    bool m_isEnding = false;
-    std::thread m_thread;
+    JobThread m_thread; // ends before them
 };
 
 } // namespace Storage

@@ -3,12 +3,10 @@
 // would otherwise take a third of a transfer's time.
 #pragma once
 
-#include <condition_variable>
-#include <deque>
-#include <mutex>
+#include "storage/content/JobThread.h"
+
 #include <string>
 #include <string_view>
-#include <thread>
 
 namespace Storage {
 
@@ -17,7 +15,7 @@ namespace Storage {
 class HashAhead {
 public:
     HashAhead() = default;
-    ~HashAhead();
+    ~HashAhead() { Forget(); }
     HashAhead(const HashAhead&) = delete;
     HashAhead& operator=(const HashAhead&) = delete;
 
@@ -32,23 +30,16 @@ public:
     void Forget();
 
 private:
-    struct Job {
+    struct Content {
         std::string_view bytes;
-        bool isGiven; // to the thread
+        bool isDone = true; // by the thread, or not given to it
+        std::string hash;   // empty: was not or could not be made
     };
 
-    bool MayGive(std::string_view bytes);
-    void Work();
+    void Give(Content& content);
 
-    std::deque<Job> m_jobs;
-
-    std::mutex m_mutex; // of all below
-    std::condition_variable m_changed;
-    std::deque<std::string_view> m_given; // the first is being hashed
-    std::deque<std::string> m_hashes;     // an empty one could not be made
-    bool m_isEnding = false;
-
-    std::thread m_thread;
+    std::deque<Content> m_contents; // which stay where they are
+    JobThread m_thread;             // ends before them
 };
 
 } // namespace Storage

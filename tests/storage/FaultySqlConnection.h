@@ -2,7 +2,7 @@
 // A connection of which a chosen operation fails, to see what is left of the call around it.
 #pragma once
 
-#include "storage/SqlConnection.h"
+#include "ForwardingSqlConnection.h"
 #include "storage/StorageError.h"
 
 #include <utility>
@@ -49,49 +49,41 @@ private:
 };
 
 // `plan` has to live as long.
-class FaultySqlConnection : public SqlConnection {
+class FaultySqlConnection : public ForwardingSqlConnection {
 public:
     FaultySqlConnection(std::unique_ptr<SqlConnection> sql, FaultPlan& plan)
-        : m_sql(std::move(sql)), m_plan(plan) {}
+        : ForwardingSqlConnection(std::move(sql)), m_plan(plan) {}
 
     void BeginRead() override {
         m_plan.Count();
-        m_sql->BeginRead();
+        ForwardingSqlConnection::BeginRead();
     }
     void BeginWrite() override {
         m_plan.Count();
-        m_sql->BeginWrite();
+        ForwardingSqlConnection::BeginWrite();
     }
     void Commit() override {
         const bool fails = m_plan.IsNext();
         if (fails && !m_plan.loseAnswer)
             m_plan.Fail();
-        m_sql->Commit();
+        ForwardingSqlConnection::Commit();
         if (fails)
             m_plan.Fail();
     }
-    void Rollback() noexcept override { m_sql->Rollback(); }
     std::unique_ptr<SqlRows> Query(SqlText sql, std::initializer_list<SqlValue> values) override {
         m_plan.Count();
-        return std::make_unique<FaultySqlRows>(m_sql->Query(sql, values), m_plan);
+        return std::make_unique<FaultySqlRows>(ForwardingSqlConnection::Query(sql, values), m_plan);
     }
     void Execute(SqlText sql, std::initializer_list<SqlValue> values) override {
         m_plan.Count();
-        m_sql->Execute(sql, values);
+        ForwardingSqlConnection::Execute(sql, values);
     }
     void RunScript(std::string_view statements) override {
         m_plan.Count();
-        m_sql->RunScript(statements);
+        ForwardingSqlConnection::RunScript(statements);
     }
-    void CheckEngine(const TellFinding& tell) override { m_sql->CheckEngine(tell); }
-    bool IsAlive() override { return m_sql->IsAlive(); }
-    bool MayWrite() override { return m_sql->MayWrite(); }
-    CString Name() override { return m_sql->Name(); }
-    CString EngineName() override { return m_sql->EngineName(); }
-    SqlWords Words() override { return m_sql->Words(); }
 
 private:
-    std::unique_ptr<SqlConnection> m_sql;
     FaultPlan& m_plan;
 };
 

@@ -4,7 +4,7 @@
 // asked before comes along.  Several results may be open at once.
 #pragma once
 
-#include "storage/SqlConnection.h"
+#include "ForwardingSqlConnection.h"
 #include "storage/StorageError.h"
 
 #include <optional>
@@ -95,48 +95,41 @@ private:
 };
 
 // `counts` has to live as long.
-class CountingSqlConnection : public SqlConnection {
+class CountingSqlConnection : public ForwardingSqlConnection {
 public:
     CountingSqlConnection(std::unique_ptr<SqlConnection> sql, WireCounts& counts)
-        : m_sql(std::move(sql)), m_counts(counts) {}
+        : ForwardingSqlConnection(std::move(sql)), m_counts(counts) {}
 
     void BeginRead() override {
         m_counts.Send();
-        m_sql->BeginRead();
+        ForwardingSqlConnection::BeginRead();
     }
     void BeginWrite() override {
         m_counts.Send();
-        m_sql->BeginWrite();
+        ForwardingSqlConnection::BeginWrite();
     }
     void Commit() override {
         m_counts.Send();
         m_counts.WaitFor(m_counts.number);
-        m_sql->Commit();
+        ForwardingSqlConnection::Commit();
     }
     void Rollback() noexcept override {
         m_counts.Send();
-        m_sql->Rollback();
+        ForwardingSqlConnection::Rollback();
     }
     std::unique_ptr<SqlRows> Query(SqlText sql, std::initializer_list<SqlValue> values) override {
         Weigh(values);
-        return std::make_unique<ArrivedRows>(*m_sql, sql, values, m_counts);
+        return std::make_unique<ArrivedRows>(Inner(), sql, values, m_counts);
     }
     void Execute(SqlText sql, std::initializer_list<SqlValue> values) override {
         Weigh(values);
         m_counts.Send();
-        m_sql->Execute(sql, values);
+        ForwardingSqlConnection::Execute(sql, values);
     }
-    void RunScript(std::string_view statements) override { m_sql->RunScript(statements); }
     bool MayAskAhead() override { return true; }
     // Changes are known as soon as the test says so.
     void WatchChanges() override { m_counts.wasChanged = false; }
     bool WasChanged() override { return m_counts.wasChanged; }
-    void CheckEngine(const TellFinding& tell) override { m_sql->CheckEngine(tell); }
-    bool IsAlive() override { return m_sql->IsAlive(); }
-    bool MayWrite() override { return m_sql->MayWrite(); }
-    CString Name() override { return m_sql->Name(); }
-    CString EngineName() override { return m_sql->EngineName(); }
-    SqlWords Words() override { return m_sql->Words(); }
 
 private:
     void Weigh(std::initializer_list<SqlValue> values) {
@@ -148,7 +141,6 @@ private:
         }
     }
 
-    std::unique_ptr<SqlConnection> m_sql;
     WireCounts& m_counts;
 };
 
