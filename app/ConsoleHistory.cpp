@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/ConsoleHistory.h"
 
+#include "platform/os/AppendedFile.h"
 #include "platform/os/File.h"
 #include "platform/os/Path.h"
 #include "platform/os/UserFolders.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZEBXWorkspaceCore/WsManager.h"
 
+#include "platform/os/AppendedFile.h"
 #include "platform/os/File.h"
 #include "platform/os/Path.h"
 #include "platform/text/Numbers.h"
@@ -33,14 +34,16 @@ CString LineOf(const CWsMessage& message) {
     return message.time + u"\t" + WordFor(message.type) + u"\t" + text;
 }
 
-CWsLogFile::CWsLogFile(CStringView path) : m_path(path) {}
+CWsLogFile::CWsLogFile(CStringView path) : m_path(path), m_file(new Platform::AppendedFile(path)) {}
+
+CWsLogFile::~CWsLogFile() = default;
 
 void CWsLogFile::Write(const CWsMessage& message) try {
     const std::string bytes = Platform::ToUtf8(LineOf(message)) + '\n';
-    if (Platform::AppendFile(m_path, bytes) != std::errc::no_such_file_or_directory)
+    if (m_file->Append(bytes) != std::errc::no_such_file_or_directory)
         return;
     Platform::CreateFolderChain(Platform::FolderOf(m_path), Platform::Access::Private);
-    Platform::AppendFile(m_path, bytes);
+    m_file->Append(bytes);
 } catch (...) { // the log must not stop the work
 }
 

@@ -289,14 +289,6 @@ bool IsPassingName(std::string_view name) {
     return name.starts_with(kPassingName);
 }
 
-std::error_code AppendFile(CStringView path, std::string_view bytes) {
-    OpenFile file;
-    constexpr int kFlags = O_WRONLY | O_CREAT | O_APPEND | O_NOFOLLOW;
-    if (const std::error_code error = file.Open(LookUp(path), kFlags, kPrivateFile))
-        return error;
-    return WriteAndClose(file, bytes);
-}
-
 std::error_code RenameFile(CStringView from, CStringView to) {
     const std::string source = LookUp(from);
     std::string target = LookUp(to);

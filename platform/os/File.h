@@ -60,9 +60,6 @@ ZEBX_EXPORT std::error_code ReplaceFile(CStringView path, std::string_view bytes
 // killed process left of it where the file system knows no files without names.
 bool IsPassingName(std::string_view name);
 
-// Adds `bytes` at the end of `path`, which is made private when it is new.
-ZEBX_EXPORT std::error_code AppendFile(CStringView path, std::string_view bytes);
-
 // Gives the file a new name in one step, over a file that has it already.
 ZEBX_EXPORT std::error_code RenameFile(CStringView from, CStringView to);
 

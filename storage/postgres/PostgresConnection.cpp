@@ -360,8 +360,9 @@ void CreatePostgres(const Address& address, const std::function<void(SqlConnecti
     const auto head = connection.Query("SELECT to_regclass('head') IS NOT NULL", {});
     if (!head->Next() || head->Integer(0) == 0) {
         fill(connection);
-        // Drawings are compressed already, or they do not compress.
-        connection.RunScript("ALTER TABLE content ALTER COLUMN bytes SET STORAGE EXTERNAL");
+        // Drawings are compressed already, or they do not compress; small ones stay in one piece.
+        connection.RunScript("ALTER TABLE content ALTER COLUMN bytes SET STORAGE EXTERNAL, "
+                             "SET (toast_tuple_target = 8160)");
     }
     GrantToRoles(connection, schema);
     connection.Commit();

@@ -30,26 +30,22 @@ enum Column {
     kOtherName
 };
 
-// The columns above.  The folded name comes only where it is another text.  The last one:
-// another current name of the kind that differs by case alone and came first; the tables do not
-// allow one, but somebody may have changed them.
-#define ZEBX_SELECT_FILES                                                                          \
+// The columns above.  The folded name comes only where it is another text.
+#define ZEBX_SELECT_FILES_AND(otherName)                                                           \
     "SELECT f.id, f.holder, f.name, NULLIF(f.name_folded, f.name), f.file_manager_id, "            \
-    "f.origin_id, f.custom_parameter, f.file_type, f.size_bytes, f.hash, "                         \
+    "f.origin_id, f.custom_parameter, f.file_type, f.size_bytes, f.hash, " otherName               \
+    " FROM stored_file f "
+#define ZEBX_SELECT_FILES ZEBX_SELECT_FILES_AND("NULL")
+// Another current name of the kind that differs by case alone and came first; the tables do not
+// allow one, but somebody may have changed them.
+#define ZEBX_OTHER_NAME                                                                            \
     "(SELECT o.name FROM stored_file o WHERE o.file_type = f.file_type "                           \
     "AND o.origin_id = f.origin_id AND o.name_folded = f.name_folded "                             \
     "AND o.holder IS NULL AND o.until_revision IS NULL "                                           \
-    "AND f.holder IS NULL AND f.until_revision IS NULL AND o.id < f.id LIMIT 1) "                  \
-    "FROM stored_file f "
+    "AND f.holder IS NULL AND f.until_revision IS NULL AND o.id < f.id LIMIT 1)"
 
 bool Fits(std::string_view bytes, std::int64_t sizeBytes, std::string_view hash) {
     return static_cast<std::int64_t>(bytes.size()) == sizeBytes && ContentHash(bytes) == hash;
-}
-
-bool IsFoldedOtherwise(SqlRows& row, const CString& name) {
-    const std::string_view folded =
-        row.IsNull(kNameFolded) ? row.Text(kName) : row.Text(kNameFolded);
-    return ToUtf8(Platform::FoldCase(name)) != folded;
 }
 
 StoredRecord ReadRecord(SqlRows& row) {
@@ -63,7 +59,9 @@ StoredRecord ReadRecord(SqlRows& row) {
                    static_cast<std::int32_t>(row.Integer(kFileType)),
                    row.Integer(kSizeBytes),
                    std::string(row.Bytes(kHash))};
-    read.isFoldedOtherwise = IsFoldedOtherwise(row, read.record.name);
+    read.folded = Platform::FoldCase(read.record.name);
+    read.isFoldedOtherwise =
+        ToUtf8(read.folded) != row.Text(row.IsNull(kNameFolded) ? kName : kNameFolded);
     if (!row.IsNull(kOtherName))
         read.otherName = FromUtf8(row.Text(kOtherName));
     return read;
@@ -93,7 +91,7 @@ void CheckContent(const FileRecord& record, const TakenContent& content) {
 } // namespace
 
 RecordQuery RecordQuery::ById(SqlConnection& sql, std::int64_t id) {
-    return RecordQuery(sql.Query(ZEBX_SELECT_FILES "WHERE f.id = $1", {id}));
+    return RecordQuery(sql.Query(ZEBX_SELECT_FILES_AND(ZEBX_OTHER_NAME) "WHERE f.id = $1", {id}));
 }
 
 RecordQuery RecordQuery::OfKind(SqlConnection& sql, std::int32_t contentCode, CStringView kindId) {

@@ -99,7 +99,8 @@ struct StoredRecord {
     std::int64_t id = 0;
     std::int64_t holder = 0;
     FileRecord record;
-    bool isFoldedOtherwise = false;   // than the name says
+    CString folded;                   // the name
+    bool isFoldedOtherwise = false;   // in the row than here
     std::optional<CString> otherName; // that came first and differs by case alone
 
     // The file with that content.  Throws Refused for a name that may not be given out,
@@ -112,7 +113,7 @@ using StoredRecords = std::vector<StoredRecord>;
 class RecordQuery {
 public:
     static RecordQuery ById(SqlConnection& sql, std::int64_t id);
-    // The current ones, in no order.
+    // The current ones, in no order, without their other names.
     static RecordQuery OfKind(SqlConnection& sql, std::int32_t contentCode, CStringView kindId);
     static RecordQuery OfHolder(SqlConnection& sql, std::int64_t holder);
     static RecordQuery OfRepositoryItem(SqlConnection& sql, CStringView tag, CStringView id);

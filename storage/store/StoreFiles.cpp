@@ -58,6 +58,41 @@ StoredFilesOf(WriteCall& call, const std::map<KindKey, FilesByName>& kinds) {
     return stored;
 }
 
+// Of several whose names differ by case alone the first row's is the right one.  The records are
+// sorted.
+void TellOtherNames(StoredRecords& records) {
+    std::size_t first = 0;
+    for (std::size_t i = 1; i < records.size(); ++i) {
+        StoredRecord& stored = records[i];
+        StoredRecord& right = records[first];
+        if (stored.folded != right.folded || right.isFoldedOtherwise) {
+            first = i;
+        } else if (!stored.isFoldedOtherwise) {
+            const bool isEarlier = stored.id < right.id;
+            (isEarlier ? right : stored).otherName = (isEarlier ? stored : right).record.name;
+            if (isEarlier)
+                first = i;
+        }
+    }
+}
+
+// Sorted here and not in SQL, where every engine has an order of its own.
+StoredRecords SortedByName(StoredRecords records) {
+    std::vector<StoredRecord*> byName;
+    for (StoredRecord& stored : records)
+        byName.push_back(&stored);
+    std::ranges::sort(byName, [](const StoredRecord* left, const StoredRecord* right) {
+        return std::tie(left->folded, left->record.name, left->id) <
+               std::tie(right->folded, right->record.name, right->id);
+    });
+    StoredRecords sorted;
+    sorted.reserve(records.size());
+    for (StoredRecord* stored : byName)
+        sorted.push_back(std::move(*stored));
+    TellOtherNames(sorted);
+    return sorted;
+}
+
 // A page that is damaged says nothing to somebody who waits for a file.
 [[noreturn]] void ThrowForFile(SqlConnection& sql, std::int64_t id, const StorageError& error) {
     const Message& message = error.Messages()[0];
@@ -120,22 +155,11 @@ void Store::AddFiles(const Repository::RepositoryFiles& files) {
 }
 
 std::vector<CString> Store::FileIds(std::int32_t contentCode, CStringView kindId) {
-    StoredRecords records = RecordQuery::OfKind(*m_sql, contentCode, kindId).Read();
-    // Sorted here and not in SQL, where every engine has an order of its own.
-    std::vector<std::pair<CString, StoredRecord*>> byName;
-    for (StoredRecord& stored : records)
-        byName.emplace_back(Platform::FoldCase(stored.record.name), &stored);
-    std::ranges::sort(byName, [](const auto& left, const auto& right) {
-        return std::tie(left.first, left.second->record.name, left.second->id) <
-               std::tie(right.first, right.second->record.name, right.second->id);
-    });
+    StoredRecords records = SortedByName(RecordQuery::OfKind(*m_sql, contentCode, kindId).Read());
     std::vector<CString> ids;
-    StoredRecords sorted;
-    for (const auto& [folded, stored] : byName) {
-        ids.push_back(Platform::ToText(stored->id));
-        sorted.push_back(std::move(*stored));
-    }
-    m_filesAhead.Expect(std::move(sorted));
+    for (const StoredRecord& stored : records)
+        ids.push_back(Platform::ToText(stored.id));
+    m_filesAhead.Expect(std::move(records));
     return ids;
 }
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "platform/os/AppendedFile.h"
 #include "platform/os/File.h"
 
 #include "FolderTest.h"
@@ -11,6 +12,7 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -27,7 +29,9 @@ class WritingFiles : public FolderTest {};
 // No file of this process may become larger than that.
 void LimitFileSizes(rlim_t sizeBytes) {
     std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit limit = {sizeBytes, sizeBytes};
+    rlimit limit;
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &limit), 0);
+    limit.rlim_cur = sizeBytes;
     ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
 }
 
@@ -198,6 +202,37 @@ TEST_F(WritingFiles, AppendedBytesStandAtTheEnd) {
     EXPECT_FALSE(AppendFile(Path(u"LOG"), "two\n"));
     EXPECT_EQ(Content("log"), "one\ntwo\n");
     EXPECT_EQ(EntryCount(), 1u);
+}
+
+TEST_F(WritingFiles, AFileThatIsAddedToHasEachLineAtOnce) {
+    Platform::AppendedFile log(Path(u"LOG"));
+    EXPECT_FALSE(log.Append("one\n"));
+    EXPECT_EQ(Content("LOG"), "one\n");
+    EXPECT_FALSE(AppendFile(Path(u"log"), "somebody else's\n"));
+    EXPECT_FALSE(log.Append("two\n"));
+    EXPECT_EQ(Content("LOG"), "one\nsomebody else's\ntwo\n");
+}
+
+TEST_F(WritingFiles, AFileThatIsAddedToMayBeMovedAway) {
+    Platform::AppendedFile log(Path(u"log"));
+    EXPECT_FALSE(log.Append("one\n"));
+    EXPECT_FALSE(RenameFile(Path(u"log"), Path(u"log.1")));
+    std::this_thread::sleep_for(std::chrono::milliseconds(1050));
+    EXPECT_FALSE(log.Append("two\n"));
+    EXPECT_EQ(Content("log.1"), "one\n");
+    EXPECT_EQ(Content("log"), "two\n");
+}
+
+TEST_F(WritingFiles, AFileThatIsAddedToGoesOnAfterAFailure) {
+    EXPECT_TRUE(PassesInAChildProcess([&] {
+        Platform::AppendedFile log(Path(u"log"));
+        EXPECT_FALSE(log.Append("one\n"));
+        LimitFileSizes(4);
+        EXPECT_EQ(log.Append("two\n"), std::errc::file_too_large);
+        LimitFileSizes(1000);
+        EXPECT_FALSE(log.Append("three\n"));
+    }));
+    EXPECT_EQ(Content("log"), "one\nthree\n");
 }
 
 TEST_F(WritingFiles, ARenamedFileReplacesTheOneOfThatName) {

@@ -8,7 +8,12 @@
 
 #include <boost/shared_ptr.hpp>
 #include <cstdint>
+#include <memory>
 #include <vector>
+
+namespace Platform {
+class AppendedFile;
+}
 
 namespace ZEBGis::Workspace {
 
@@ -69,10 +74,14 @@ class ZEBX_EXPORT CWsLogFile : public IWsSink {
 public:
     // `path` need not exist; its folder is created, private, at the first line.
     explicit CWsLogFile(CStringView path);
+    ~CWsLogFile() override;
+    CWsLogFile(const CWsLogFile&) = delete;
+    CWsLogFile& operator=(const CWsLogFile&) = delete;
     void Write(const CWsMessage& message) override;
 
 private:
     CString m_path;
+    std::unique_ptr<Platform::AppendedFile> m_file;
 };
 
 } // namespace ZEBGis::Workspace
