@@ -106,51 +106,46 @@ RecordQuery RecordQuery::OfHolder(SqlConnection& sql, std::int64_t holder) {
         sql.Query(ZEBX_SELECT_FILES "WHERE f.holder = $1 ORDER BY f.position", {holder}));
 }
 
+// `holder`: a table, and which of its rows; the current one is meant.
+#define ZEBX_SELECT_FILES_OF_ONE(holder)                                                           \
+    ZEBX_SELECT_FILES "WHERE f.holder = (SELECT id FROM " holder                                   \
+                      " AND until_revision IS NULL) ORDER BY f.position"
+#define ZEBX_SELECT_FILES_OF_ALL(holders)                                                          \
+    ZEBX_SELECT_FILES "WHERE f.holder IN (SELECT id FROM " holders                                 \
+                      " AND until_revision IS NULL) ORDER BY f.holder, f.position"
+
 RecordQuery RecordQuery::OfRepositoryItem(SqlConnection& sql, CStringView tag, CStringView id) {
-    return RecordQuery(sql.Query(ZEBX_SELECT_FILES
-                                 "WHERE f.holder = (SELECT id FROM repository_item WHERE tag = $1 "
-                                 "AND item_id = $2 AND until_revision IS NULL) ORDER BY f.position",
-                                 {ToUtf8(tag), ToUtf8(id)}));
+    return RecordQuery(
+        sql.Query(ZEBX_SELECT_FILES_OF_ONE("repository_item WHERE tag = $1 AND item_id = $2"),
+                  {ToUtf8(tag), ToUtf8(id)}));
 }
 
 RecordQuery RecordQuery::OfCatalogueItem(SqlConnection& sql, CStringView tag, CStringView id) {
-    return RecordQuery(sql.Query(ZEBX_SELECT_FILES
-                                 "WHERE f.holder = (SELECT id FROM catalogue_item "
-                                 "WHERE catalogue_tag = $1 AND item_id = $2 "
-                                 "AND until_revision IS NULL) ORDER BY f.position",
-                                 {ToUtf8(tag), ToUtf8(id)}));
+    return RecordQuery(sql.Query(
+        ZEBX_SELECT_FILES_OF_ONE("catalogue_item WHERE catalogue_tag = $1 AND item_id = $2"),
+        {ToUtf8(tag), ToUtf8(id)}));
 }
 
 RecordQuery RecordQuery::OfSettings(SqlConnection& sql, CStringView name) {
-    return RecordQuery(sql.Query(ZEBX_SELECT_FILES
-                                 "WHERE f.holder = (SELECT id FROM general_settings "
-                                 "WHERE name = $1 AND until_revision IS NULL) ORDER BY f.position",
-                                 {ToUtf8(name)}));
+    return RecordQuery(
+        sql.Query(ZEBX_SELECT_FILES_OF_ONE("general_settings WHERE name = $1"), {ToUtf8(name)}));
 }
 
 RecordQuery RecordQuery::OfRepositoryItems(SqlConnection& sql, CStringView tag) {
-    return RecordQuery(sql.Query(ZEBX_SELECT_FILES
-                                 "WHERE f.holder IN (SELECT id FROM repository_item "
-                                 "WHERE tag = $1 AND until_revision IS NULL) "
-                                 "ORDER BY f.holder, f.position",
-                                 {ToUtf8(tag)}));
+    return RecordQuery(
+        sql.Query(ZEBX_SELECT_FILES_OF_ALL("repository_item WHERE tag = $1"), {ToUtf8(tag)}));
 }
 
 RecordQuery RecordQuery::OfCatalogueChildren(SqlConnection& sql, CStringView tag,
                                              CStringView parentId) {
-    return RecordQuery(sql.Query(ZEBX_SELECT_FILES
-                                 "WHERE f.holder IN (SELECT id FROM catalogue_item "
-                                 "WHERE catalogue_tag = $1 AND parent_id = $2 "
-                                 "AND until_revision IS NULL) ORDER BY f.holder, f.position",
-                                 {ToUtf8(tag), ToUtf8(parentId)}));
+    return RecordQuery(sql.Query(
+        ZEBX_SELECT_FILES_OF_ALL("catalogue_item WHERE catalogue_tag = $1 AND parent_id = $2"),
+        {ToUtf8(tag), ToUtf8(parentId)}));
 }
 
 RecordQuery RecordQuery::OfCatalogue(SqlConnection& sql, CStringView tag) {
-    return RecordQuery(sql.Query(ZEBX_SELECT_FILES
-                                 "WHERE f.holder IN (SELECT id FROM catalogue_item "
-                                 "WHERE catalogue_tag = $1 AND until_revision IS NULL) "
-                                 "ORDER BY f.holder, f.position",
-                                 {ToUtf8(tag)}));
+    return RecordQuery(sql.Query(
+        ZEBX_SELECT_FILES_OF_ALL("catalogue_item WHERE catalogue_tag = $1"), {ToUtf8(tag)}));
 }
 
 StoredRecords RecordQuery::Read() {

@@ -3,6 +3,7 @@
 #include "storage/store/Store.h"
 
 #include "platform/text/Utf8.h"
+#include "storage/store/ItemsWithFiles.h"
 
 namespace Storage {
 namespace {
@@ -56,6 +57,13 @@ void InsertItem(WriteCall& call, const CNetCatalogueItem& item,
     InsertHeldFiles(call, id, files);
 }
 
+// An item and all below it.  UNION, not UNION ALL: parents that form a loop must come to an end.
+#define ZEBX_WITH_BRANCH                                                                           \
+    "WITH RECURSIVE branch (item_id) AS (SELECT i.item_id FROM catalogue_item i "                  \
+    "WHERE i.catalogue_tag = $1 AND i.item_id = $2 AND i.until_revision IS NULL UNION "            \
+    "SELECT c.item_id FROM catalogue_item c JOIN branch b ON c.parent_id = b.item_id "             \
+    "WHERE c.catalogue_tag = $1 AND c.until_revision IS NULL) "
+
 CString SubjectOf(CStringView tag, CStringView id) {
     return CString(tag) + u"/" + CString(id);
 }
@@ -86,24 +94,14 @@ bool Store::ReadCatalogueAhead(CStringView tag, CStringView parentId) {
 
 std::vector<CatalogueItemPtr> Store::ChildrenNow(CStringView tag, CStringView parentId,
                                                  bool withFiles) {
-    std::vector<CatalogueItemPtr> items;
-    FileLists lists;
-    StoredRecords records;
-    {
-        const ReadTransaction transaction(*m_sql);
-        CatalogueQuery query = CatalogueQuery::Children(*m_sql, tag, parentId);
-        std::optional<RecordQuery> files;
-        if (withFiles)
-            files = RecordQuery::OfCatalogueChildren(*m_sql, tag, parentId);
-        for (const CatalogueRow& row : query.Read()) {
-            lists[row.id] = row.item->GetFiles();
-            items.push_back(row.item);
-        }
-        if (files)
-            records = files->Read();
-    }
-    AttachFiles(*m_sql, m_heldContents, records, lists, m_options.leftOut);
-    return items;
+    return ItemsWithFiles(
+        *m_sql, m_heldContents, m_options.leftOut,
+        [&] { return CatalogueQuery::Children(*m_sql, tag, parentId); },
+        [&] {
+            return withFiles
+                       ? std::optional(RecordQuery::OfCatalogueChildren(*m_sql, tag, parentId))
+                       : std::nullopt;
+        });
 }
 
 CatalogueItemPtr Store::CatalogueItem(CStringView tag, CStringView id, bool withFiles) {
@@ -118,23 +116,14 @@ CatalogueItemPtr Store::CatalogueItem(CStringView tag, CStringView id, bool with
 }
 
 CatalogueItemPtr Store::ItemNow(CStringView tag, CStringView id, bool withFiles) {
-    std::optional<CatalogueRow> row;
-    StoredRecords records;
-    {
-        const ReadTransaction transaction(*m_sql);
-        CatalogueQuery query = CatalogueQuery::ById(*m_sql, tag, id);
-        std::optional<RecordQuery> files;
-        if (withFiles)
-            files = RecordQuery::OfCatalogueItem(*m_sql, tag, id);
-        row = query.ReadOne();
-        if (!row)
-            return {};
-        if (files)
-            records = files->Read();
-    }
-    AttachFiles(*m_sql, m_heldContents, records, {{row->id, row->item->GetFiles()}},
-                m_options.leftOut);
-    return row->item;
+    const auto items = ItemsWithFiles(
+        *m_sql, m_heldContents, m_options.leftOut,
+        [&] { return CatalogueQuery::ById(*m_sql, tag, id); },
+        [&] {
+            return withFiles ? std::optional(RecordQuery::OfCatalogueItem(*m_sql, tag, id))
+                             : std::nullopt;
+        });
+    return items.empty() ? CatalogueItemPtr() : items.front();
 }
 
 void Store::AddCatalogueItem(CNetCatalogueItem& item) {
@@ -163,26 +152,15 @@ void Store::DeleteCatalogueItem(CStringView tag, CStringView id) {
     if (!query.ReadOne())
         throw StorageError(Problem::Refused, MessageNumber::NoSuchItem,
                            {CString(id), CString(tag)});
-    // UNION, not UNION ALL: parents that form a loop must come to an end.
-    m_sql->Execute(
-        "WITH RECURSIVE branch (item_id) AS (SELECT i.item_id FROM catalogue_item i "
-        "WHERE i.catalogue_tag = $1 AND i.item_id = $2 AND i.until_revision IS NULL UNION "
-        "SELECT c.item_id FROM catalogue_item c JOIN branch b "
-        "ON c.parent_id = b.item_id "
-        "WHERE c.catalogue_tag = $1 AND c.until_revision IS NULL) "
-        "UPDATE stored_file SET until_revision = $3 WHERE holder IN "
-        "(SELECT c.id FROM catalogue_item c JOIN branch b ON c.item_id = b.item_id "
-        "WHERE c.catalogue_tag = $1 AND c.until_revision IS NULL)",
-        {ToUtf8(tag), ToUtf8(id), call.Revision()});
-    m_sql->Execute(
-        "WITH RECURSIVE branch (item_id) AS (SELECT i.item_id FROM catalogue_item i "
-        "WHERE i.catalogue_tag = $1 AND i.item_id = $2 AND i.until_revision IS NULL UNION "
-        "SELECT c.item_id FROM catalogue_item c JOIN branch b "
-        "ON c.parent_id = b.item_id "
-        "WHERE c.catalogue_tag = $1 AND c.until_revision IS NULL) "
-        "UPDATE catalogue_item SET until_revision = $3 WHERE catalogue_tag = $1 "
-        "AND until_revision IS NULL AND item_id IN (SELECT item_id FROM branch)",
-        {ToUtf8(tag), ToUtf8(id), call.Revision()});
+    m_sql->Execute(ZEBX_WITH_BRANCH
+                   "UPDATE stored_file SET until_revision = $3 WHERE holder IN "
+                   "(SELECT c.id FROM catalogue_item c JOIN branch b ON c.item_id = b.item_id "
+                   "WHERE c.catalogue_tag = $1 AND c.until_revision IS NULL)",
+                   {ToUtf8(tag), ToUtf8(id), call.Revision()});
+    m_sql->Execute(ZEBX_WITH_BRANCH
+                   "UPDATE catalogue_item SET until_revision = $3 WHERE catalogue_tag = $1 "
+                   "AND until_revision IS NULL AND item_id IN (SELECT item_id FROM branch)",
+                   {ToUtf8(tag), ToUtf8(id), call.Revision()});
     call.Commit();
 }
 

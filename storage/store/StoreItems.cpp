@@ -3,6 +3,7 @@
 #include "storage/store/Store.h"
 
 #include "platform/text/Utf8.h"
+#include "storage/store/ItemsWithFiles.h"
 
 #include <boost/make_shared.hpp>
 
@@ -34,26 +35,43 @@ ItemRow ReadItem(SqlRows& rows) {
     return row;
 }
 
-// One item, asked for at once and read later.
+#define ZEBX_SELECT_ITEMS                                                                          \
+    "SELECT id, position, item_id, name, entity_type, topology_function, topology_type, "          \
+    "configuration_xml, repository_name, repository_tag FROM repository_item "                     \
+    "WHERE tag = $1 AND until_revision IS NULL "
+
+// Current items, asked for at once and read later.
 class ItemQuery {
 public:
-    ItemQuery(SqlConnection& sql, CStringView tag, CStringView id)
-        : m_rows(sql.Query(
-              "SELECT id, position, item_id, name, entity_type, topology_function, topology_type, "
-              "configuration_xml, repository_name, repository_tag FROM repository_item "
-              "WHERE tag = $1 AND item_id = $2 AND until_revision IS NULL",
-              {ToUtf8(tag), ToUtf8(id)})) {}
-    std::optional<ItemRow> Read() {
+    static ItemQuery ById(SqlConnection& sql, CStringView tag, CStringView id) {
+        return ItemQuery(
+            sql.Query(ZEBX_SELECT_ITEMS "AND item_id = $2", {ToUtf8(tag), ToUtf8(id)}));
+    }
+    // In order of arrival.
+    static ItemQuery All(SqlConnection& sql, CStringView tag) {
+        return ItemQuery(sql.Query(ZEBX_SELECT_ITEMS "ORDER BY position", {ToUtf8(tag)}));
+    }
+
+    std::vector<ItemRow> Read() {
+        std::vector<ItemRow> rows;
+        while (m_rows->Next())
+            rows.push_back(ReadItem(*m_rows));
+        m_rows.reset();
+        return rows;
+    }
+    // The first, or nothing.
+    std::optional<ItemRow> ReadOne() {
         const auto rows = std::exchange(m_rows, nullptr);
         return rows->Next() ? std::optional(ReadItem(*rows)) : std::nullopt;
     }
 
 private:
+    explicit ItemQuery(std::unique_ptr<SqlRows> rows) : m_rows(std::move(rows)) {}
     std::unique_ptr<SqlRows> m_rows;
 };
 
 ItemRow ReadOrThrow(ItemQuery& query, CStringView tag, CStringView id) {
-    if (const auto row = query.Read())
+    if (const auto row = query.ReadOne())
         return *row;
     throw StorageError(Problem::Refused, MessageNumber::NoSuchItem, {CString(id), CString(tag)});
 }
@@ -105,44 +123,16 @@ CString SubjectOf(CStringView tag, CStringView id) {
 } // namespace
 
 std::vector<RepositoryItemPtr> Store::RepositoryItems(CStringView tag) {
-    std::vector<RepositoryItemPtr> items;
-    FileLists lists;
-    StoredRecords records;
-    {
-        const ReadTransaction transaction(*m_sql);
-        auto rows = m_sql->Query(
-            "SELECT id, position, item_id, name, entity_type, topology_function, topology_type, "
-            "configuration_xml, repository_name, repository_tag FROM repository_item "
-            "WHERE tag = $1 AND until_revision IS NULL ORDER BY position",
-            {ToUtf8(tag)});
-        RecordQuery query = RecordQuery::OfRepositoryItems(*m_sql, tag);
-        while (rows->Next()) {
-            const ItemRow row = ReadItem(*rows);
-            lists[row.id] = row.item->GetFiles();
-            items.push_back(row.item);
-        }
-        rows.reset();
-        records = query.Read();
-    }
-    AttachFiles(*m_sql, m_heldContents, records, lists, m_options.leftOut);
-    return items;
+    return ItemsWithFiles(
+        *m_sql, m_heldContents, m_options.leftOut, [&] { return ItemQuery::All(*m_sql, tag); },
+        [&] { return RecordQuery::OfRepositoryItems(*m_sql, tag); });
 }
 
 RepositoryItemPtr Store::RepositoryItem(CStringView tag, CStringView id) {
-    std::optional<ItemRow> row;
-    StoredRecords records;
-    {
-        const ReadTransaction transaction(*m_sql);
-        ItemQuery query(*m_sql, tag, id);
-        RecordQuery files = RecordQuery::OfRepositoryItem(*m_sql, tag, id);
-        row = query.Read();
-        if (!row)
-            return {};
-        records = files.Read();
-    }
-    AttachFiles(*m_sql, m_heldContents, records, {{row->id, row->item->GetFiles()}},
-                m_options.leftOut);
-    return row->item;
+    const auto items = ItemsWithFiles(
+        *m_sql, m_heldContents, m_options.leftOut, [&] { return ItemQuery::ById(*m_sql, tag, id); },
+        [&] { return RecordQuery::OfRepositoryItem(*m_sql, tag, id); });
+    return items.empty() ? RepositoryItemPtr() : items.front();
 }
 
 void Store::AddRepositoryItem(CStringView tag, CNetRepositoryItem& item) {
@@ -150,11 +140,11 @@ void Store::AddRepositoryItem(CStringView tag, CNetRepositoryItem& item) {
     const CString owner = SubjectOf(tag, item.GetId());
     SentFiles sent(CheckHeldFiles(*item.GetFiles(), owner, m_options.maxFileBytes), owner);
     WriteCall call = Write("AddRepositoryItem", owner);
-    ItemQuery query(*m_sql, tag, item.GetId());
+    ItemQuery query = ItemQuery::ById(*m_sql, tag, item.GetId());
     RecordQuery records = RecordQuery::OfRepositoryItem(*m_sql, tag, item.GetId());
     sent.AskKnown(*m_sql);
     call.TakeTurn();
-    const auto old = query.Read();
+    const auto old = query.ReadOne();
     if (PlainRecords(records.Read()) == sent.Records() && old && IsSame(*old->item, item))
         return;
     sent.Keep(call);
@@ -165,7 +155,7 @@ void Store::AddRepositoryItem(CStringView tag, CNetRepositoryItem& item) {
 void Store::RenameRepositoryItem(CStringView tag, CStringView id, CStringView newName) {
     CheckTexts({tag, id, newName}, newName, tag);
     WriteCall call = Write("RenameRepositoryItem", SubjectOf(tag, id));
-    ItemQuery query(*m_sql, tag, id);
+    ItemQuery query = ItemQuery::ById(*m_sql, tag, id);
     RecordQuery records = RecordQuery::OfRepositoryItem(*m_sql, tag, id);
     call.TakeTurn();
     const ItemRow old = ReadOrThrow(query, tag, id);
@@ -178,7 +168,7 @@ void Store::RenameRepositoryItem(CStringView tag, CStringView id, CStringView ne
 
 void Store::DeleteRepositoryItem(CStringView tag, CStringView id) {
     WriteCall call = Write("DeleteRepositoryItem", SubjectOf(tag, id));
-    ItemQuery query(*m_sql, tag, id);
+    ItemQuery query = ItemQuery::ById(*m_sql, tag, id);
     call.TakeTurn();
     EndItem(call, ReadOrThrow(query, tag, id).id);
     call.Commit();
