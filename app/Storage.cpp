@@ -72,6 +72,7 @@ ExitStatus StatusOf(Problem problem) {
     case Problem::NewerVersion:
     case Problem::Unreachable:
     case Problem::Busy:
+    case Problem::ServerFull:
         return ExitStatus::NotReachable;
     case Problem::NotAllowed:
         return ExitStatus::NotAllowed;

@@ -32,7 +32,7 @@ constexpr Meaning kStates[] = {
     {"57014", Problem::Busy, Number::StatementEnded},
     {"57P03", Problem::Unreachable, Number::ServerStarting},
     {"57", Problem::Unreachable, Number::ServerStopped},
-    {"53100", Problem::Full, Number::ServerDiskFull},
+    {"53100", Problem::ServerFull, Number::ServerDiskFull},
     {"53300", Problem::Unreachable, Number::NoMoreConnections},
     {"53", Problem::Unreachable, Number::ServerExhausted},
     {"58", Problem::Unreachable, Number::ServerExhausted},

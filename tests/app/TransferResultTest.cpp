@@ -35,6 +35,7 @@ TEST(TransferResult, EveryProblemHasItsExitStatus) {
     EXPECT_EQ(StatusOf(Problem::NewerVersion), ExitStatus::NotReachable);
     EXPECT_EQ(StatusOf(Problem::Unreachable), ExitStatus::NotReachable);
     EXPECT_EQ(StatusOf(Problem::Busy), ExitStatus::NotReachable);
+    EXPECT_EQ(StatusOf(Problem::ServerFull), ExitStatus::NotReachable);
     EXPECT_EQ(StatusOf(Problem::NotAllowed), ExitStatus::NotAllowed);
     EXPECT_EQ(StatusOf(Problem::Integrity), ExitStatus::Integrity);
     EXPECT_EQ(StatusOf(Problem::Full), ExitStatus::LocalFile);

@@ -29,11 +29,12 @@ enum class Problem : std::int32_t {
     Unreachable,  // cannot be opened, or does not answer
     NotAllowed,   // this user may not do that
     Busy,         // somebody else was writing for too long
-    Full,         // no space left
+    Full,         // no space left for the repository's file
     Integrity,    // content does not fit its hash, or the file is damaged
     Refused,      // what was sent is not acceptable: a name, a size, a text
     Internal,
-    Interrupted // the user stopped it
+    Interrupted, // the user stopped it
+    ServerFull   // no space left on the server
 };
 
 // What a connection to a server has, as the server and libpq say.  All empty: embedded.

@@ -4,6 +4,7 @@
 #include "../Documents.h"
 #include "../Running.h"
 #include "ServerStation.h"
+#include "support/SmallDisk.h"
 #include "support/TlsAuthority.h"
 
 #include <gmock/gmock.h>
@@ -100,6 +101,28 @@ TEST_F(ServerStatus, AStatementThatTakesTooLongIsNotReachable) {
     PQclear(PQexec(other.get(), "ROLLBACK"));
     EXPECT_EQ(StoredFiles(), 0u);
     EXPECT_EQ(at->Transfer("push").status, 0);
+}
+
+// The disk is the server's, so that no file of this workstation is to blame.
+TEST(AFullServer, IsARepositoryThatCannotBeUsed) {
+    ZEBX_NEEDS_SERVER();
+    const SmallDisk disk("size=6m");
+    if (!disk.IsMounted())
+        GTEST_SKIP() << "this process may mount no small disk";
+    const ServerStation at;
+    disk.HoldTablesOf("keeper", at.server);
+    at.Connect();
+    std::string large;
+    for (unsigned n = 1; large.size() < 16'000'000; n = n * 1664525 + 1013904223)
+        large.append(reinterpret_cast<const char*>(&n), sizeof n);
+    Write(at.station.Support() / "nodes/large.dwg", large);
+    const std::vector<std::string> push = {"push", "ncf:002_NODE"};
+    const Ended full = at.station.Zebx(push);
+    EXPECT_EQ(full.status, 4) << full;
+    EXPECT_THAT(full.err, AllOf(HasSubstr("has no space left"), HasSubstr("make space there")));
+    disk.Resize("size=64m");
+    const Ended again = at.station.Zebx(push);
+    EXPECT_EQ(again.status, 0) << again;
 }
 
 TEST_F(ServerStatus, APushThatBreaksHalfWayIsRunAgainAndEndsRight) {

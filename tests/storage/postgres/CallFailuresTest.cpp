@@ -3,9 +3,9 @@
 // next one works when the reason is gone.
 #include "ServerFailure.h"
 #include "storage/postgres/PostgresConnection.h"
+#include "support/SmallDisk.h"
 
 #include <fstream>
-#include <sys/mount.h>
 #include <thread>
 
 namespace Storage {
@@ -20,32 +20,6 @@ std::int64_t Number(const PrivateServer& server, const std::string& sql) {
 void Grant(const PrivateServer& server, const std::string& user, const std::string& right) {
     server.Run("CREATE ROLE " + user + " LOGIN; GRANT zebx_" + right + " TO " + user);
 }
-
-// A file system that holds so much and no more; nothing where this process may mount none.
-class SmallDisk {
-public:
-    explicit SmallDisk(const char* size) : m_folder(NewServerFolder()) {
-        m_mounted = mount("none", m_folder.c_str(), "tmpfs", 0, size) == 0;
-        GiveToServerUser(m_folder);
-    }
-    ~SmallDisk() {
-        if (m_mounted)
-            umount2(m_folder.c_str(), MNT_DETACH);
-        fs::remove_all(m_folder);
-    }
-    SmallDisk(const SmallDisk&) = delete;
-    SmallDisk& operator=(const SmallDisk&) = delete;
-
-    bool IsMounted() const { return m_mounted; }
-    void Resize(const char* size) const {
-        mount("none", m_folder.c_str(), "tmpfs", MS_REMOUNT, size);
-    }
-    const fs::path& Folder() const { return m_folder; }
-
-private:
-    fs::path m_folder;
-    bool m_mounted = false;
-};
 
 class CallFailures : public ServerTest {
 protected:
@@ -78,15 +52,13 @@ TEST_F(CallFailures, TheServersDiskIsFull) {
     const SmallDisk disk("size=6m");
     if (!disk.IsMounted())
         GTEST_SKIP() << "this process may mount no small disk";
-    server->Run("CREATE TABLESPACE small LOCATION '" + disk.Folder().string() + "'");
-    server->Run("GRANT CREATE ON TABLESPACE small TO keeper; "
-                "ALTER ROLE keeper SET default_tablespace = small");
+    disk.HoldTablesOf("keeper", *server);
     Create();
     std::string large;
     for (unsigned n = 1; large.size() < 16'000'000; n = n * 1664525 + 1013904223)
         large.append(reinterpret_cast<const char*>(&n), sizeof n);
     const auto add = [&] { store->AddFiles({MakeFile(u"large.dwg", large)}); };
-    ExpectToTell(add, Problem::Full, MessageNumber::ServerDiskFull, "No space left");
+    ExpectToTell(add, Problem::ServerFull, MessageNumber::ServerDiskFull, "No space left");
     EXPECT_EQ(RevisionOf(*store), 1);
     EXPECT_EQ(Content(), "1");
     disk.Resize("size=64m");
