@@ -15,8 +15,9 @@
 namespace Storage {
 namespace {
 
-constexpr std::string_view kHead = "# Written by \"zebx connect\". An empty address means the "
-                                   "user's own repository.\n";
+constexpr std::string_view kHead =
+    "# Written by \"zebx connect\" or the connection window. An empty "
+    "address means the user's own repository.\n";
 
 const std::error_code kMissing(ENOENT, std::system_category());
 
@@ -71,6 +72,15 @@ CString ReadAddress(std::string_view text, const CString& file) {
     return *address;
 }
 
+// Whether a file with that text says what would be written: its comments stay then.
+bool HoldsAddress(std::string_view text, const CString& file, const CString& address) {
+    try {
+        return ReadAddress(text, file) == address;
+    } catch (const StorageError&) {
+        return false;
+    }
+}
+
 } // namespace
 
 CString StorageSettings::Path() const {
@@ -101,7 +111,7 @@ void StorageSettings::Save() const {
     std::string text;
     const std::error_code error = m_folder.empty() ? kMissing : Platform::ReadFile(Path(), text);
     // Without a file the address is empty anyway.
-    if (text == FileText() || (error == kMissing && m_address.empty()))
+    if (HoldsAddress(text, {}, m_address) || (error == kMissing && m_address.empty()))
         return;
     Platform::CreateFolderChain(m_folder, Platform::Access::Private);
     if (const auto failure = Platform::ReplaceFile(Path(), FileText(), Platform::Access::Private))

@@ -102,6 +102,17 @@ TEST_F(StorageSettingsTest, AFileThatSaysTheSameIsNotWrittenAgain) {
     EXPECT_EQ(before.st_ino, after.st_ino);
 }
 
+TEST_F(StorageSettingsTest, AFileThatSomebodyWroteByHandIsLeftUntilTheAddressIsAnother) {
+    const std::string byHand = "# the office's\n\naddress=sqlite:/srv/r.db\n";
+    Write(byHand);
+    settings.Load();
+    settings.Save();
+    EXPECT_EQ(Read(), byHand);
+    settings.SetAddress(u"sqlite:/srv/other.db");
+    settings.Save();
+    EXPECT_NE(Read().find("\naddress = sqlite:/srv/other.db\n"), std::string::npos);
+}
+
 TEST_F(StorageSettingsTest, BlanksCommentsAndCarriageReturnsAreAccepted) {
     Write("# a comment\r\n\r\n  \n  address =  sqlite:/srv/a b.db \r\n");
     settings.Load();
