@@ -78,12 +78,15 @@ std::unique_ptr<SqlConnection> Trial::OpenWhatIsThere(const Address& address) {
 }
 
 std::unique_ptr<SqlConnection> Trial::OpenOnServer(const Address& address, bool create) {
+    bool isSignedIn = false;
     try {
-        auto sql = LookIntoRepository(address);
-        TellServer(sql->DescribeServer());
-        return sql;
+        return LookIntoRepository(address, [&](const ServerConnection& server) {
+            isSignedIn = true;
+            TellServer(server);
+        });
     } catch (const StorageError& error) {
-        if (!create || error.Kind() != Problem::Missing)
+        // A database that is missing would not be made.
+        if (!create || !isSignedIn || error.Kind() != Problem::Missing)
             throw;
         CheckMayCreate(address);
         Worked(MessageNumber::WouldBeMadeThere, {address.Text()});
@@ -98,7 +101,7 @@ bool IsThisComputer(const CString& server) {
 }
 
 void Trial::TellServer(const ServerConnection& server) {
-    Worked(MessageNumber::ServerReached, {server.server, server.database});
+    Worked(MessageNumber::ServerReached, {server.server, server.database, server.user});
     if (!server.encryption.empty())
         Worked(MessageNumber::Encrypted, {server.encryption});
     else if (!IsThisComputer(server.server))

@@ -13,10 +13,12 @@ std::unique_ptr<SqlConnection> OpenRepository(const Address& address) {
     return connection;
 }
 
-std::unique_ptr<SqlConnection> LookIntoRepository(const Address& address) {
+std::unique_ptr<SqlConnection>
+LookIntoRepository(const Address& address,
+                   const std::function<void(const ServerConnection&)>& onSignedIn) {
     // Looking at a server changes nothing there.
-    auto connection =
-        address.IsServer() ? OpenPostgres(address) : OpenSqlite(address.path, {.isTrial = true});
+    auto connection = address.IsServer() ? OpenPostgres(address, {.onSignedIn = onSignedIn})
+                                         : OpenSqlite(address.path, {.isTrial = true});
     CheckSchema(*connection);
     return connection;
 }

@@ -5,6 +5,8 @@
 #include "storage/Address.h"
 #include "storage/SqlConnection.h"
 
+#include <functional>
+
 namespace Storage {
 
 // Opens the repository, whose tables are then of a version that this program knows.
@@ -12,7 +14,10 @@ namespace Storage {
 std::unique_ptr<SqlConnection> OpenRepository(const Address& address);
 
 // As OpenRepository, only to look: makes no file and changes none (see SqliteOptions).
-std::unique_ptr<SqlConnection> LookIntoRepository(const Address& address);
+// `onSignedIn` is told of a server as soon as that let the user in.
+std::unique_ptr<SqlConnection>
+LookIntoRepository(const Address& address,
+                   const std::function<void(const ServerConnection&)>& onSignedIn = {});
 
 // Throws what CreateRepository would, as far as it can be told before; makes nothing.
 void CheckMayCreate(const Address& address);

@@ -168,7 +168,7 @@ enum class MessageNumber : int {
     NoGroupRoles = 20370,     // schema, repository
 
     // The steps of a connection's test, on a server.
-    ServerReached = 20371,    // server, database
+    ServerReached = 20371,    // server, database, user
     Encrypted = 20372,        // how
     NotEncrypted = 20373,     // (nothing)
     WouldBeMadeThere = 20374, // address

@@ -343,7 +343,10 @@ ServerConnection PostgresConnection::DescribeServer() {
 std::unique_ptr<SqlConnection> OpenPostgres(const Address& address,
                                             const PostgresOptions& options) {
     auto connection = std::make_unique<PostgresConnection>(address, options);
-    connection->CheckRepository(connection->SetUp());
+    const Session session = connection->SetUp();
+    if (options.onSignedIn)
+        options.onSignedIn(connection->DescribeServer());
+    connection->CheckRepository(session);
     return connection;
 }
 

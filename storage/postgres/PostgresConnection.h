@@ -18,6 +18,8 @@ inline constexpr std::size_t kMaxSchemaName = 51;
 struct PostgresOptions {
     int busyTimeoutMs = 10'000;    // how long a writer waits for another
     int silenceTimeoutMs = 60'000; // how long the server may say nothing while it is asked
+    // Told when the server let the user in, before the repository is looked for.
+    std::function<void(const ServerConnection&)> onSignedIn = {};
 };
 
 // Connects to the repository of a server's address; never makes one.  Problems: Configuration,

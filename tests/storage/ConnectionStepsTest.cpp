@@ -26,6 +26,7 @@ namespace fs = std::filesystem;
 namespace Storage {
 namespace {
 
+using testing::_;
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -208,6 +209,10 @@ protected:
     std::vector<std::string> TestAs(const std::string& user, bool create = false) {
         return Test(Platform::FromUtf8(schema.Uri(user)), create);
     }
+    static std::string Reached(const std::string& user) {
+        return "worked: The server answers: " + TestServer::Shared().Folder() +
+               ", database gis. You are signed in as " + user + ".";
+    }
     bool IsThere() const {
         return TestServer::Shared().Run("SELECT count(*) FROM pg_namespace WHERE nspname = '" +
                                         schema.Name() + "'") != "0";
@@ -220,8 +225,7 @@ TEST_F(ServerConnectionSteps, AGoodRepositoryIsToldStepByStep) {
     const auto steps = TestAs("keeper");
     ASSERT_EQ(steps.size(), 5u) << testing::PrintToString(steps);
     EXPECT_EQ(steps[0], "worked: The address is understood: " + schema.Uri());
-    EXPECT_EQ(steps[1],
-              "worked: The server answers: " + TestServer::Shared().Folder() + ", database gis.");
+    EXPECT_EQ(steps[1], Reached("keeper"));
     EXPECT_THAT(steps[2], HasSubstr("its tables have version 2 (PostgreSQL 1"));
     EXPECT_EQ(steps[3], "worked: It is at revision 0. Files in it: 0.");
     EXPECT_EQ(steps[4], "worked: You may read it and write to it.");
@@ -230,17 +234,34 @@ TEST_F(ServerConnectionSteps, AGoodRepositoryIsToldStepByStep) {
 TEST_F(ServerConnectionSteps, WhoMayOnlyReadIsToldWhatToAskFor) {
     CreateRepository(PlaceOf(Platform::FromUtf8(schema.Uri())));
     const std::string user = schema.MakeUser("ana");
-    EXPECT_THAT(TestAs(user).back(), AllOf(StartsWith("failed: "), HasSubstr("zebx repo grant")));
+    EXPECT_THAT(
+        TestAs(user),
+        ElementsAre(_, Reached(user), AllOf(StartsWith("failed: "), HasSubstr("zebx repo grant"))));
     TestServer::Shared().Run("GRANT " + schema.Name() + "_reader TO " + user);
     EXPECT_THAT(TestAs(user).back(),
                 AllOf(StartsWith("worked: "), HasSubstr("zebx repo grant " + user + " admin")));
 }
 
 TEST_F(ServerConnectionSteps, WhereThereIsNoneItSaysWhatWouldBeMadeAndMakesNothing) {
-    EXPECT_THAT(TestAs("keeper").back(),
-                AllOf(StartsWith("failed: "), HasSubstr("zebx repo create")));
-    EXPECT_THAT(TestAs("keeper", true).back(), HasSubstr("OK makes an empty one there."));
+    EXPECT_THAT(TestAs("keeper"),
+                ElementsAre(_, Reached("keeper"),
+                            AllOf(StartsWith("failed: "), HasSubstr("zebx repo create"))));
+    EXPECT_THAT(TestAs("keeper", true),
+                ElementsAre(_, Reached("keeper"),
+                            AllOf(StartsWith("worked: "), HasSubstr("OK makes an empty one"))));
     EXPECT_FALSE(IsThere());
+}
+
+TEST_F(ServerConnectionSteps, ADatabaseThatIsNotThereWouldNotBeMade) {
+    const CString address = Platform::FromUtf8(TestServer::Shared().Uri("keeper", {}, "nowhere"));
+    for (const bool create : {false, true})
+        EXPECT_THAT(Test(address, create),
+                    ElementsAre(_, AllOf(StartsWith("failed: "), HasSubstr("createdb"))));
+}
+
+TEST_F(ServerConnectionSteps, ALoginThatIsNotThereIsNotSignedIn) {
+    EXPECT_THAT(TestAs("nobody", true),
+                ElementsAre(_, AllOf(StartsWith("failed: "), HasSubstr("does not let you in"))));
 }
 
 TEST_F(ConnectionSteps, AMissingRepositoryIsNamedWithWhatToDo) {

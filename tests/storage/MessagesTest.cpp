@@ -142,7 +142,7 @@ const std::map<MessageNumber, std::size_t> kMessages = {
     {MessageNumber::MayNotGrant, 2},
     {MessageNumber::OtherRight, 3},
     {MessageNumber::NoGroupRoles, 2},
-    {MessageNumber::ServerReached, 2},
+    {MessageNumber::ServerReached, 3},
     {MessageNumber::Encrypted, 1},
     {MessageNumber::NotEncrypted, 0},
     {MessageNumber::WouldBeMadeThere, 1},
