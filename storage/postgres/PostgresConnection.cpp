@@ -37,6 +37,7 @@ struct Session {
     bool mayUseSchema = false;
     bool hasHead = false;
     bool mayRead = false;
+    bool hasOwnSchema = false; // named in the address or the environment
 };
 
 class PostgresRows : public SqlRows {
@@ -71,6 +72,16 @@ private:
     std::shared_ptr<Answer> m_answer;
     PostgresResult m_row;
 };
+
+// Whether what was connected with names the schema; a pooler may have left that away.
+bool NamesSchema(PGconn* connection) {
+    const std::unique_ptr<PQconninfoOption, decltype(&PQconninfoFree)> all(PQconninfo(connection),
+                                                                           PQconninfoFree);
+    for (const PQconninfoOption* option = all.get(); option && option->keyword; ++option)
+        if (std::string_view(option->keyword) == "options" && option->val)
+            return std::string_view(option->val).find("zebx.schema") != std::string_view::npos;
+    return false;
+}
 
 class PostgresConnection : public SqlConnection {
 public:
@@ -134,7 +145,8 @@ Session PostgresConnection::SetUp() {
                     "SELECT w.name, pg_backend_pid(), pg_is_in_recovery(), "
                     "current_setting('server_encoding') = 'UTF8', n.oid IS NOT NULL, "
                     "COALESCE(has_schema_privilege(n.oid, 'USAGE'), false), c.oid IS NOT NULL, "
-                    "COALESCE(has_table_privilege(c.oid, 'SELECT'), false) "
+                    "COALESCE(has_table_privilege(c.oid, 'SELECT'), false), "
+                    "COALESCE(current_setting('zebx.schema', true), '') <> '' "
                     "FROM wanted w LEFT JOIN pg_namespace n ON n.nspname = w.name "
                     "LEFT JOIN pg_class c ON c.relnamespace = n.oid AND c.relname = 'head'",
                     {wanted}, Keep::Nothing, answer);
@@ -150,6 +162,11 @@ Session PostgresConnection::SetUp() {
     session.mayUseSchema = rows.Integer(5) != 0;
     session.hasHead = rows.Integer(6) != 0;
     session.mayRead = rows.Integer(7) != 0;
+    session.hasOwnSchema = rows.Integer(8) != 0;
+    // Another schema would be another repository.
+    if (!session.hasOwnSchema && NamesSchema(m_pipeline.Handle()))
+        throw StorageError(Problem::Configuration, MessageNumber::PoolerRefuses,
+                           {Name(), u"options"});
     if (!IsSchemaName(session.schema))
         throw StorageError(Problem::Configuration, MessageNumber::NoSchemaName,
                            {FromUtf8(session.schema), Platform::ToText(kMaxSchemaName)});

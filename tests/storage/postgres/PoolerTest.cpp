@@ -75,6 +75,14 @@ TEST_P(ThroughAPooler, ASchemaInTheAddressIsRefusedWithWhatToDoInstead) {
                MessageNumber::PoolerRefuses, uri, "ZEBX_SCHEMA");
 }
 
+TEST_P(ThroughAPooler, ASchemaInTheAddressThatIsSilentlyLeftAwayIsRefusedToo) {
+    const Pooler ignoring(*server, GetParam(), {"ignore_startup_parameters = options"});
+    const std::string uri = ignoring.Uri("keeper", "&options=-czebx.schema%3Dwater");
+    ExpectTold([&] { OpenRepository(AddressOf(uri)); }, Problem::Configuration,
+               MessageNumber::PoolerRefuses, uri, "ZEBX_SCHEMA");
+    EXPECT_EQ(RevisionOf(*StoreAt(ignoring.Uri())), 0);
+}
+
 TEST_P(ThroughAPooler, ASchemaNamedOnTheWorkstationIsUsed) {
     Address address = AddressOf(pooler->Uri());
     address.schema = u"water";
