@@ -145,6 +145,11 @@ void ContentCache::ForgetPacks(const std::set<std::uint32_t>& packs) {
         m_packs.erase(pack);
 }
 
+bool ContentCache::IsEmpty() const {
+    const std::lock_guard lock(m_mutex);
+    return m_places.empty();
+}
+
 bool ContentCache::Has(const std::string& hash) const {
     const std::lock_guard lock(m_mutex);
     return m_places.contains(HashOf<Hash>(hash));

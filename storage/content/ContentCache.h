@@ -44,6 +44,8 @@ public:
     // Learns what other processes added and removed meanwhile; cheap when that is nothing.
     void LookAgain();
 
+    // Whether nothing was there when this object looked last.
+    bool IsEmpty() const;
     // Whether it was there when this object looked last.
     bool Has(const std::string& hash) const;
     // Reads a content that fits its hash; false when it is not there any more.  One that does

@@ -3,6 +3,7 @@
 
 #include "storage/StorageError.h"
 
+#include <charconv>
 #include <openssl/crypto.h>
 #include <openssl/evp.h>
 #include <openssl/rand.h>
@@ -62,6 +63,16 @@ std::string ToHexadecimal(std::string_view bytes) {
         text += kDigits[value & 15];
     }
     return text;
+}
+
+std::string FromHexadecimal(std::string_view digits) {
+    std::string bytes;
+    for (std::size_t i = 0; i + 1 < digits.size(); i += 2) {
+        unsigned char byte = 0;
+        std::from_chars(&digits[i], &digits[i] + 2, byte, 16);
+        bytes += static_cast<char>(byte);
+    }
+    return bytes;
 }
 
 std::string RandomName() {

@@ -30,6 +30,8 @@ private:
 
 // Lower-case hexadecimal digits.
 std::string ToHexadecimal(std::string_view bytes);
+// The bytes of what ToHexadecimal wrote.
+std::string FromHexadecimal(std::string_view digits);
 
 // Sixteen hexadecimal digits that nobody else has.
 std::string RandomName();

@@ -103,6 +103,7 @@ public:
     bool MayAskAhead() override { return true; }
     void WatchChanges() override;
     bool WasChanged() override;
+    std::string KindDigest(std::int64_t contentCode, std::string_view kindId) override;
     void CheckEngine(const TellFinding& tell) override { CheckPostgres(*this, tell); }
     bool IsAlive() override { return m_pipeline.IsAlive(); }
     bool MayWrite() override;
@@ -321,6 +322,17 @@ bool PostgresConnection::WasChanged() {
 std::int64_t PostgresConnection::HeadRevision() {
     const auto rows = Query("SELECT revision FROM head WHERE id = 1", {});
     return rows->Next() ? rows->Integer(0) : 0;
+}
+
+std::string PostgresConnection::KindDigest(std::int64_t contentCode, std::string_view kindId) {
+    const auto rows =
+        Query("SELECT sha256(convert_to(string_agg(concat_ws(E'\\x01', f.id, f.size_bytes, "
+              "encode(f.hash, 'hex'), f.name, f.name_folded, f.file_manager_id, "
+              "f.custom_parameter), E'\\x02' ORDER BY f.id), 'UTF8')) FROM stored_file f "
+              "WHERE f.file_type = $1 AND f.origin_id = $2 AND f.holder IS NULL "
+              "AND f.until_revision IS NULL",
+              {contentCode, kindId});
+    return rows->Next() && !rows->IsNull(0) ? std::string(rows->Bytes(0)) : std::string();
 }
 
 bool PostgresConnection::MayWrite() {

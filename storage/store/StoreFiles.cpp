@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Files of kinds.
 #include "storage/store/FileSending.h"
+#include "storage/store/KindListing.h"
 #include "storage/store/Store.h"
 
 #include "platform/text/CaseFold.h"
@@ -155,7 +156,7 @@ void Store::AddFiles(const Repository::RepositoryFiles& files) {
 }
 
 std::vector<CString> Store::FileIds(std::int32_t contentCode, CStringView kindId) {
-    StoredRecords records = SortedByName(RecordQuery::OfKind(*m_sql, contentCode, kindId).Read());
+    StoredRecords records = SortedByName(ListKind(*m_sql, Cache().get(), contentCode, kindId));
     std::vector<CString> ids;
     for (const StoredRecord& stored : records)
         ids.push_back(Platform::ToText(stored.id));
