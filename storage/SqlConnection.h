@@ -96,8 +96,8 @@ public:
     // round trip.
     virtual bool WasChanged() { return true; }
 
-    // On a server: the SHA-256 of a kind's current files, written as KindListing.h says; empty where
-    // there are none.
+    // On a server: the SHA-256 of a kind's current files, written as KindListing.h says; empty
+    // where there are none.
     virtual std::string KindDigest(std::int64_t, std::string_view) { return {}; }
 
     // Checks what the engine itself keeps: the file or the server's tables, not what the
