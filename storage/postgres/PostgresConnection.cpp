@@ -37,7 +37,6 @@ struct Session {
     bool mayUseSchema = false;
     bool hasHead = false;
     bool mayRead = false;
-    bool hasOwnSchema = false; // named in the address or the environment
 };
 
 class PostgresRows : public SqlRows {
@@ -163,9 +162,8 @@ Session PostgresConnection::SetUp() {
     session.mayUseSchema = rows.Integer(5) != 0;
     session.hasHead = rows.Integer(6) != 0;
     session.mayRead = rows.Integer(7) != 0;
-    session.hasOwnSchema = rows.Integer(8) != 0;
     // Another schema would be another repository.
-    if (!session.hasOwnSchema && NamesSchema(m_pipeline.Handle()))
+    if (const bool isNamed = rows.Integer(8) != 0; !isNamed && NamesSchema(m_pipeline.Handle()))
         throw StorageError(Problem::Configuration, MessageNumber::PoolerRefuses,
                            {Name(), u"options"});
     if (!IsSchemaName(session.schema))
